@@ -1,0 +1,31 @@
+// Row kernels of the packed 4:2:2 reorders. The portable versions are the
+// definition; the AVX2 versions (packed_avx2.cpp) do whole 32-byte blocks and hand
+// the rest of the run to the portable kernel, so their output is the same bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zelt::ycbcr {
+
+// bytes/2 words, each b0 b1 -> b1 b0 (an odd last byte is left alone). dst == src is fine.
+void SwapWordsRun(uint8_t* dst, const uint8_t* src, size_t bytes);
+// `groups` 4-byte groups, each b0 b1 b2 b3 -> b0 b3 b2 b1, in order, one group at a time.
+void ExchangeChromaRun(uint8_t* dst, const uint8_t* src, size_t groups);
+
+// `stream`: use non-temporal stores (the caller sets it for frames larger than
+// the last-level cache; see kStreamFrameBytes).
+void SwapWordsRunAvx2(uint8_t* dst, const uint8_t* src, size_t bytes, bool stream);
+void ExchangeChromaRunAvx2(uint8_t* dst, const uint8_t* src, size_t groups, bool stream);
+
+// Frames of at least this many destination bytes are written with streaming stores
+// by the 256-bit paths.
+inline constexpr size_t kStreamFrameBytes = size_t{8} << 20;
+
+// True when [a, a+n) and [b, b+n) share a byte but do not start at the same place.
+inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {
+  if (a == b) return false;
+  return a < b ? b < a + n : a < b + n;
+}
+
+}  // namespace zelt::ycbcr

@@ -1,0 +1,72 @@
+// Process-wide services every family uses: processor features, the error log,
+// copies, scratch memory, threads, events and atomic counters.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zelt {
+
+// Bits of the CPUFeatureFlags() mask. Only these five are ever set.
+//   bit 5  SSE2    the x86-64 baseline vector set (also sets HasBaselineVector)
+//   bit 7  SSE3
+//   bit 13 SSSE3
+//   bit 14 SSE4.1  (some direct converters test it for their 128-bit paths)
+//   bit 23 AVX2, and the OS saves the YMM state (XCR0 bits 1 and 2)
+inline constexpr uint32_t kFeatSse2 = 1u << 5;
+inline constexpr uint32_t kFeatSse3 = 1u << 7;
+inline constexpr uint32_t kFeatSsse3 = 1u << 13;
+inline constexpr uint32_t kFeatSse41 = 1u << 14;
+inline constexpr uint32_t kFeatAvx2 = 1u << 23;
+
+// Feature mask of the running processor (0 on other architectures). The processor
+// is probed once; later calls cost a load and a compare.
+uint32_t CPUFeatureFlags();
+
+// printf-style report to the error log (standard error unless the host installed a
+// hook with zeltSetErrorLog). The library always passes 0xC0000000, 0, 0.
+void ErrFmtOut(uint32_t flags, uint32_t reserved0, uint32_t reserved1, const char* format, ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 4, 5)))
+#endif
+    ;
+
+// Non-overlapping copy. Large copies use streaming stores (see qrutil.cpp).
+void CopyMemoryFast(void* dst, const void* src, size_t bytes);
+
+// The same copy with non-temporal stores whatever the size: for the rows of a frame
+// too large for the last-level cache.
+void CopyMemoryStreaming(void* dst, const void* src, size_t bytes);
+
+// Copies `count` 16-bit words, swapping the two bytes of each. dst == src is allowed.
+void EndianConvertWord(void* dst, const void* src, size_t count);
+
+// Scratch memory, 64-byte aligned. QrFree(nullptr) does nothing.
+void* QrAlloc(size_t bytes);
+void QrFree(void* p);
+
+// Threads: created running, released with qrOSCloseThread (which detaches: the
+// thread runs on to its end). The name shows in debuggers and /proc.
+using QrThreadProc = void (*)(void* arg);
+struct QrThread;
+QrThread* qrOSCreateThread(QrThreadProc proc, void* arg, const char* name);
+void qrOSCloseThread(QrThread* thread);
+
+// Manual-reset events. qrOSWaitForEvent waits up to `timeoutMs` milliseconds and
+// returns true when the event is set.
+struct QrEvent;
+QrEvent* qrOSCreateEvent(const char* name);
+void qrOSSetEvent(QrEvent* event);
+bool qrOSWaitForEvent(QrEvent* event, uint32_t timeoutMs);
+void qrOSCloseEvent(QrEvent* event);
+
+// Atomic counters on a plain aligned int32_t; return the new value.
+int32_t qrOSInterlockedIncrement(int32_t* counter);
+int32_t qrOSInterlockedDecrement(int32_t* counter);
+// Plain read of such a counter, for polling loops (atomic, relaxed).
+int32_t qrOSReadCounter(const int32_t* counter);
+
+// Gives up the processor for about `ms` milliseconds.
+void qrOSSleep(uint32_t ms);
+
+}  // namespace zelt

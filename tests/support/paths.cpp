@@ -1,0 +1,46 @@
+#include "support/paths.h"
+
+#include <algorithm>
+
+#include "zelt/frame/qrutil.h"
+#include "zelt/frame/simd_level.h"
+#include "zelt/frame/testing.h"
+
+namespace zelt::test {
+
+ScopedFeatures::ScopedFeatures(uint32_t mask) {
+  zelt::testing::ForceFeatureMask(mask);
+  zelt::testing::ResetSimdLevel();
+}
+
+ScopedFeatures::~ScopedFeatures() {
+  zelt::testing::ClearFeatureMask();
+  zelt::testing::ResetSimdLevel();
+}
+
+uint32_t RealFeatureMask() {
+  zelt::testing::ClearFeatureMask();
+  return zelt::CPUFeatureFlags();
+}
+
+bool HostHasAvx2() { return (RealFeatureMask() & zelt::kFeatAvx2) != 0; }
+
+std::vector<PathResult> RunEveryPath(const std::function<std::vector<uint8_t>()>& convert) {
+  std::vector<PathResult> out;
+  {
+    ScopedFeatures f(kMaskSse41);
+    out.push_back({"baseline", convert()});
+  }
+  if (HostHasAvx2()) {
+    ScopedFeatures f(kMaskAvx2);
+    out.push_back({"avx2", convert()});
+  }
+  return out;
+}
+
+std::vector<uint32_t> InterestingWidths() {
+  std::vector<uint32_t> w = {1, 2, 3, 5, 7, 11, 13, 17, 23, 31, 33, 37, 47, 49, 53, 63, 65, 71, 95, 97, 127, 129, 191, 193, 257, 719, 1283};
+  return w;
+}
+
+}  // namespace zelt::test
