@@ -38,7 +38,8 @@ uint32_t RgbRoute(uint8_t* dst, uint8_t* src, uint32_t w, uint32_t h, uint32_t d
 extern const std::span<const Route> kPackedRoutes;  // packed.cpp
 extern const std::span<const Route> kPlanarRoutes;  // planar routes
 extern const std::span<const Route> kV210Routes;    // 012v routes
-extern const std::span<const Route> kRgbRoutes;     // RGB32 routes, both directions
+extern const std::span<const Route> kToRgbRoutes;   // YCbCr layouts to RGB32
+extern const std::span<const Route> kFromRgbRoutes; // RGB32 to YCbCr layouts
 
 // The route for a pair, or nullptr.
 RouteFn FindRoute(Layout src, Layout dst);

@@ -15,7 +15,7 @@ using Table = std::array<std::array<RouteFn, kLayoutCount>, kLayoutCount>;
 
 Table BuildTable() {
   Table t{};
-  for (const auto* list : {&kPackedRoutes, &kPlanarRoutes, &kV210Routes, &kRgbRoutes}) {
+  for (const auto* list : {&kPackedRoutes, &kPlanarRoutes, &kV210Routes, &kToRgbRoutes, &kFromRgbRoutes}) {
     for (const Route& r : *list) t[static_cast<int>(r.src)][static_cast<int>(r.dst)] = r.fn;
   }
   return t;

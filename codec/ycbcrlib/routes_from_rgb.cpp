@@ -3,6 +3,6 @@
 
 namespace zelt::ycbcr {
 
-const std::span<const Route> kRgbRoutes{};
+const std::span<const Route> kFromRgbRoutes{};
 
 }  // namespace zelt::ycbcr
