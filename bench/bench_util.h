@@ -1,0 +1,38 @@
+// Shared pieces of the benchmarks: frame sizes, buffers, and a counter of bytes
+// moved so every job reports bytes/s next to memcpy of the same bytes.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace zelt::bench {
+
+struct Size {
+  uint32_t w, h;
+};
+inline constexpr Size kHd{1920, 1080};
+inline constexpr Size kUhd{3840, 2160};
+
+// Page-aligned, touched buffer.
+struct Buffer {
+  explicit Buffer(size_t n) : size(n), ptr(static_cast<uint8_t*>(std::aligned_alloc(4096, (n + 4095) / 4096 * 4096))) {
+    for (size_t i = 0; i < n; ++i) ptr.get()[i] = static_cast<uint8_t>(i * 131 + 7);
+  }
+  uint8_t* data() { return ptr.get(); }
+  size_t size;
+  struct Free {
+    void operator()(uint8_t* p) const { std::free(p); }
+  };
+  std::unique_ptr<uint8_t, Free> ptr;
+};
+
+// Reports throughput as the bytes read plus the bytes written per iteration.
+inline void SetBytes(benchmark::State& state, size_t readBytes, size_t writtenBytes) {
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(readBytes + writtenBytes));
+}
+
+}  // namespace zelt::bench
