@@ -56,6 +56,7 @@ uint32_t SwapFrame(uint8_t* dst, const uint8_t* src, uint32_t height, uint32_t d
     const size_t n = std::min(ds, ss) / 2 * 2;
     for (uint32_t r = 0; r < height; ++r) SwapRun(avx2, stream, dst + size_t{r} * ds, src + size_t{r} * ss, n);
   }
+  if (stream) StreamingFence();
   return height * ds;
 }
 
@@ -68,6 +69,7 @@ uint32_t SwapGroups(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t h
   if (n != 0) {
     for (uint32_t r = 0; r < height; ++r) SwapRun(avx2, stream, dst + size_t{r} * ds, src + size_t{r} * ss, n);
   }
+  if (stream) StreamingFence();
   return height * ds;
 }
 
@@ -88,6 +90,7 @@ uint32_t ExchangeChroma(uint8_t* dst, const uint8_t* src, uint32_t width, uint32
       }
     }
   }
+  if (stream) StreamingFence();
   return height * ds;
 }
 
@@ -104,6 +107,7 @@ uint32_t CopyFrame(uint8_t* dst, const uint8_t* src, uint32_t height, uint32_t d
         std::memcpy(dst + size_t{r} * ds, src + size_t{r} * ss, n);
       }
     }
+    if (stream) StreamingFence();
   }
   return height * ds;
 }
@@ -120,13 +124,53 @@ uint32_t FlipCopy(uint8_t* dst, const uint8_t* src, uint32_t height, uint32_t ds
       std::memcpy(dst + size_t{r} * ds, src + srcOffset, n);
     }
   }
+  if (stream) StreamingFence();
   return height * ds;
 }
 
+// Exchanges bytes [from, to) of two rows.
+void ExchangeTails(uint8_t* a, uint8_t* b, size_t from, size_t to) {
+  uint8_t tmp[256];
+  for (size_t i = from; i < to; i += sizeof tmp) {
+    const size_t n = std::min(sizeof tmp, to - i);
+    std::memcpy(tmp, a + i, n);
+    std::memcpy(a + i, b + i, n);
+    std::memcpy(b + i, tmp, n);
+  }
+}
+
+// The swap into the destination followed by cycbcr_invert of the destination. For
+// separate buffers this runs as one pass that gives the same bytes: destination row
+// r gets the swapped source row height-1-r, and the row tails the swap leaves alone
+// (dst_stride above src_stride) change places as the flip would move them. Odd
+// equal strides (words straddling rows) and overlapping buffers take the two passes.
 uint32_t SwapThenFlip(uint8_t* dst, const uint8_t* src, uint32_t height, uint32_t ds, uint32_t ss) {
-  const uint32_t result = SwapFrame(dst, src, height, ds, ss);
-  cycbcr_invert(dst, ds, height);
-  return result;
+  const size_t frameBytes = size_t{height} * ds;
+  const bool overlap = dst < src + size_t{height} * ss && src < dst + frameBytes;
+  const bool wraps = frameBytes != uint32_t(height * ds);
+  if (overlap || wraps || (ds == ss && (ds & 1) != 0)) {
+    const uint32_t result = SwapFrame(dst, src, height, ds, ss);
+    cycbcr_invert(dst, ds, height);
+    return result;
+  }
+  SimdGuard();
+  const bool avx2 = UseAvx2();
+  const bool stream = BigFrame(height, ds);
+  const size_t n = std::min(ds, ss) / 2 * 2;
+  for (uint32_t i = 0; i < height / 2; ++i) {
+    const uint32_t j = height - 1 - i;
+    uint8_t* di = dst + size_t{i} * ds;
+    uint8_t* dj = dst + size_t{j} * ds;
+    ExchangeTails(di, dj, n, ds);
+    SwapRun(avx2, stream, di, src + size_t{j} * ss, n);
+    SwapRun(avx2, stream, dj, src + size_t{i} * ss, n);
+  }
+  if (height & 1) {
+    const uint32_t m = height / 2;
+    SwapRun(avx2, stream, dst + size_t{m} * ds, src + size_t{m} * ss, n);
+  }
+  if (stream) StreamingFence();
+  return height * ds;
 }
 
 }  // namespace

@@ -31,13 +31,13 @@ size_t ShuffleBlocks(uint8_t* dst, const uint8_t* src, size_t bytes, __m256i mas
     const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i));
     Store<kStream>(dst + i, _mm256_shuffle_epi8(a, mask));
   }
-  if constexpr (kStream) _mm_sfence();
   return i;
 }
 
 // Shuffles whole 32-byte blocks and returns how many bytes it did. Every block is
 // read before it is written, so dst == src gives the sequential result.
-// Streaming stores need a 32-byte aligned destination (frame buffers are).
+// Streaming stores need a 32-byte aligned destination (frame buffers are); the
+// caller fences once after the frame.
 size_t Shuffle(uint8_t* dst, const uint8_t* src, size_t bytes, __m256i mask, bool stream) {
   if (stream && dst != src && (reinterpret_cast<uintptr_t>(dst) & 31) == 0) {
     return ShuffleBlocks<true>(dst, src, bytes, mask);

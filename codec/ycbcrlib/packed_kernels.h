@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "zelt/frame/qrutil.h"
+
 namespace zelt::ycbcr {
 
 // bytes/2 words, each b0 b1 -> b1 b0 (an odd last byte is left alone). dst == src is fine.
@@ -14,13 +16,13 @@ void SwapWordsRun(uint8_t* dst, const uint8_t* src, size_t bytes);
 void ExchangeChromaRun(uint8_t* dst, const uint8_t* src, size_t groups);
 
 // `stream`: use non-temporal stores (the caller sets it for frames larger than
-// the last-level cache; see kStreamFrameBytes).
+// the last-level cache; see kStreamFrameBytes) and calls StreamingFence() after
+// the frame.
 void SwapWordsRunAvx2(uint8_t* dst, const uint8_t* src, size_t bytes, bool stream);
 void ExchangeChromaRunAvx2(uint8_t* dst, const uint8_t* src, size_t groups, bool stream);
 
-// Frames of at least this many destination bytes are written with streaming stores
-// by the 256-bit paths.
-inline constexpr size_t kStreamFrameBytes = size_t{8} << 20;
+// Frames of at least this many destination bytes are written with streaming stores.
+inline constexpr size_t kStreamFrameBytes = kStreamingThreshold;
 
 // True when [a, a+n) and [b, b+n) share a byte but do not start at the same place.
 inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {

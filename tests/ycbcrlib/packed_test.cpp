@@ -101,6 +101,7 @@ std::vector<Geometry> Geometries() {
     g.push_back({w, 2, 6, 0});     // destination padded
     g.push_back({w, 5, 0, 10});    // source padded
     g.push_back({w, 1, 18, 18});   // equal padded strides: padding converted too
+    g.push_back({w, 3, 1, 1});     // equal odd strides: words straddle rows
   }
   g.push_back({64, 0, 0, 0});
   g.push_back({2, 7, 2, 0});

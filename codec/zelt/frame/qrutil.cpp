@@ -156,13 +156,7 @@ void ErrFmtOut(uint32_t flags, uint32_t, uint32_t, const char* format, ...) {
 namespace {
 
 #if ZELT_ON_X86
-// Frames larger than the last-level cache move faster with non-temporal stores:
-// they skip the read-for-ownership of every destination line and do not evict
-// the source. Below the threshold a plain memcpy wins (the data is reused from
-// cache by the next step of a pipeline).
-constexpr size_t kStreamThreshold = size_t{4} << 20;
-
-void StreamCopy(uint8_t* d, const uint8_t* s, size_t n) {
+void StreamCopyNoFence(uint8_t* d, const uint8_t* s, size_t n) {
   // Bring the destination to 16-byte alignment with a short ordinary copy.
   const size_t head = (16 - (reinterpret_cast<uintptr_t>(d) & 15)) & 15;
   std::memcpy(d, s, head);
@@ -180,7 +174,6 @@ void StreamCopy(uint8_t* d, const uint8_t* s, size_t n) {
     _mm_stream_si128(reinterpret_cast<__m128i*>(d + i + 32), c);
     _mm_stream_si128(reinterpret_cast<__m128i*>(d + i + 48), e);
   }
-  _mm_sfence();
   std::memcpy(d + i, s + i, n - i);
 }
 #endif
@@ -189,18 +182,25 @@ void StreamCopy(uint8_t* d, const uint8_t* s, size_t n) {
 
 void CopyMemoryFast(void* dst, const void* src, size_t bytes) {
 #if ZELT_ON_X86
-  if (bytes >= kStreamThreshold) {
-    StreamCopy(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src), bytes);
+  if (bytes >= kStreamingThreshold) {
+    StreamCopyNoFence(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src), bytes);
+    _mm_sfence();
     return;
   }
 #endif
   if (bytes != 0) std::memcpy(dst, src, bytes);
 }
 
+void StreamingFence() {
+#if ZELT_ON_X86
+  _mm_sfence();
+#endif
+}
+
 void CopyMemoryStreaming(void* dst, const void* src, size_t bytes) {
 #if ZELT_ON_X86
   if (bytes >= 64) {
-    StreamCopy(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src), bytes);
+    StreamCopyNoFence(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src), bytes);
     return;
   }
 #endif

@@ -31,12 +31,20 @@ void ErrFmtOut(uint32_t flags, uint32_t reserved0, uint32_t reserved1, const cha
 #endif
     ;
 
-// Non-overlapping copy. Large copies use streaming stores (see qrutil.cpp).
+// Copies of at least this many bytes use non-temporal (streaming) stores. Measured
+// here: below it (source and destination still fit the 32 MiB last-level cache
+// together) memcpy is faster; above it streaming stores win by 1.3-1.7x, as they
+// skip the read-for-ownership of every destination line.
+inline constexpr size_t kStreamingThreshold = size_t{10} << 20;
+
+// Non-overlapping copy; streaming stores from kStreamingThreshold bytes on.
 void CopyMemoryFast(void* dst, const void* src, size_t bytes);
 
-// The same copy with non-temporal stores whatever the size: for the rows of a frame
-// too large for the last-level cache.
+// The same copy with non-temporal stores whatever the size, for the rows of a frame
+// too large for the last-level cache. It does not fence: call StreamingFence()
+// once after the last row, before the frame is handed back.
 void CopyMemoryStreaming(void* dst, const void* src, size_t bytes);
+void StreamingFence();
 
 // Copies `count` 16-bit words, swapping the two bytes of each. dst == src is allowed.
 void EndianConvertWord(void* dst, const void* src, size_t count);
