@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <regex>
+#include <cctype>
 #include <set>
 #include <sstream>
 #include <string>
@@ -13,13 +13,18 @@ namespace {
 
 std::set<std::string> DeclaredNames() {
   std::set<std::string> names;
-  const std::regex decl(R"(^ZELT_API\s+[^(]*?\b([A-Za-z_][A-Za-z0-9_]*)\s*\()");
   for (const auto& entry : std::filesystem::directory_iterator(std::string(ZELT_SOURCE_DIR) + "/include/zelt")) {
     std::ifstream in(entry.path());
     std::string line;
     while (std::getline(in, line)) {
-      std::smatch m;
-      if (std::regex_search(line, m, decl)) names.insert(m[1]);
+      // One declaration per line: "ZELT_API <type> <name>(...);"
+      if (line.rfind("ZELT_API ", 0) != 0) continue;
+      size_t end = line.find('(');
+      if (end == std::string::npos) continue;
+      while (end > 0 && line[end - 1] == ' ') --end;
+      size_t begin = end;
+      while (begin > 0 && (std::isalnum(static_cast<unsigned char>(line[begin - 1])) || line[begin - 1] == '_')) --begin;
+      names.insert(line.substr(begin, end - begin));
     }
   }
   return names;
