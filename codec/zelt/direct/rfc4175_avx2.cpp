@@ -43,7 +43,60 @@ inline __m256i Field(__m256i bytes, int m) {
   return _mm256_and_si256(_mm256_srlv_epi32(_mm256_shuffle_epi8(bytes, shuf), shift), _mm256_set1_epi32(0x3FF));
 }
 
+// Packing four groups (48 samples) takes three registers of 16 samples, one per
+// 128-bit lane q = 0..5 holding samples 8q .. 8q + 7 as 16-bit values. Lane q is
+// loaded from byte kPackLoad[q] of the 64 input bytes; each slot gathers the two
+// bytes holding its sample (word s / 3, field s % 3 at bit 2(s % 3) of byte
+// 4(s / 3) + s % 3) and a multiply by 2^(6 - 2m) lifts the sample to bits 6-15.
+struct PackPlan {
+  alignas(32) int8_t shuffle[3][32];
+  alignas(32) int16_t scale[3][16];
+};
+constexpr int kPackLoad[6] = {0, 8, 20, 32, 40, 48};
+
+constexpr PackPlan MakePackPlan() {
+  PackPlan plan{};
+  for (int q = 0; q < 6; ++q) {
+    for (int i = 0; i < 8; ++i) {
+      const int s = 8 * q + i, m = s % 3, rel = 4 * (s / 3) + m - kPackLoad[q];
+      plan.shuffle[q / 2][16 * (q % 2) + 2 * i] = static_cast<int8_t>(rel);
+      plan.shuffle[q / 2][16 * (q % 2) + 2 * i + 1] = static_cast<int8_t>(rel + 1);
+      plan.scale[q / 2][8 * (q % 2) + i] = static_cast<int16_t>(1 << (6 - 2 * m));
+    }
+  }
+  return plan;
+}
+
+constexpr PackPlan kPackPlan = MakePackPlan();
+
 }  // namespace
+
+size_t PackGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups) {
+  const __m256i pairWeights = _mm256_set1_epi32(0x0001'0400);  // s_even * 1024 + s_odd
+  // Bytes 4..0 of each 64-bit block value, most significant first.
+  const __m256i beBytes = _mm256_setr_epi8(4, 3, 2, 1, 0, 12, 11, 10, 9, 8, -128, -128, -128, -128, -128, -128,  //
+                                           4, 3, 2, 1, 0, 12, 11, 10, 9, 8, -128, -128, -128, -128, -128, -128);
+  size_t g = 0;
+  for (; g + 5 <= groups; g += 4) {
+    const uint8_t* in = src + 16 * g;
+    uint8_t* out = dst + 15 * g;
+    for (int r = 0; r < 3; ++r) {
+      const __m128i lo = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + kPackLoad[2 * r]));
+      const __m128i hi = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + kPackLoad[2 * r + 1]));
+      __m256i x = _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+      x = _mm256_shuffle_epi8(x, _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackPlan.shuffle[r])));
+      x = _mm256_srli_epi16(_mm256_mullo_epi16(x, _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackPlan.scale[r]))), 6);
+      // Dwords P = s0 * 1024 + s1, Q = s2 * 1024 + s3 per block; the 40-bit block is P << 20 | Q.
+      const __m256i pq = _mm256_madd_epi16(x, pairWeights);
+      const __m256i block = _mm256_or_si256(_mm256_slli_epi64(pq, 20), _mm256_srli_epi64(pq, 32));
+      const __m256i bytes = _mm256_shuffle_epi8(block, beBytes);
+      // Ten bytes per lane; each 16-byte store is overwritten past its ten by the next.
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 20 * r), _mm256_castsi256_si128(bytes));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 20 * r + 10), _mm256_extracti128_si256(bytes, 1));
+    }
+  }
+  return g;
+}
 
 size_t UnpackGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups, uint32_t keepMask) {
   const __m256i keep = _mm256_set1_epi32(static_cast<int>(keepMask));

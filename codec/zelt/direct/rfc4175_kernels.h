@@ -52,6 +52,11 @@ inline void Store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
 // keep what they held; the sample bits are replaced.
 size_t UnpackGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups, uint32_t keepMask);
 
+// Packs whole v210 groups into the stream (16 bytes -> 15), four at a time, and
+// returns how many it did. Each chunk's stores run 6 bytes past its 60, so the
+// kernel always leaves at least one whole group for its caller to write after it.
+size_t PackGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
+
 // Y210 (12 16-bit samples per 6 pixels) to whole v210 groups, two at a time;
 // returns the groups done.
 size_t Y210GroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
