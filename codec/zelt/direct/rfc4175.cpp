@@ -304,6 +304,14 @@ ZELT_API uint64_t zlt_4175_to_v210(uint32_t* dst, const uint8_t* src, int32_t sr
     readPair(4);
     group += 16;
   }
+  // Pairs are 40 bits, so the reader is byte-aligned here: whole groups whose 15
+  // bytes lie before the end are unpacked straight from the bytes.
+  for (; c + 3 <= pgroups && reader.Byte() + 15 <= int64_t{srcLength}; c += 3, group += 16) {
+    uint8_t words[16];
+    UnpackGroup(words, src + reader.Byte());
+    for (int j = 0; j < 4; ++j) Store32(group + 4 * j, (Load32(group + 4 * j) & 0xC0000000u) | Load32(words + 4 * j));
+    reader.SeekByte(reader.Byte() + 15);
+  }
   for (; c < pgroups; c += 3, group += 16) {
     readPair(0);
     if (c + 1 < pgroups) readPair(2);
