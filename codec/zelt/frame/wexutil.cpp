@@ -10,6 +10,19 @@ void WriteBits(BitWriterState* state, uint32_t count, uint32_t value) {
     count = 32;
   }
   uint64_t pos = state->bitPos;
+  if (count != 0 && pos + count <= state->sizeBits) {
+    // Inside the buffer: the field spans at most five bytes, merged in one go.
+    uint8_t* p = state->buffer + (pos >> 3);
+    const uint32_t used = static_cast<uint32_t>(pos & 7), nbytes = (used + count + 7) / 8;
+    uint64_t acc = 0;
+    for (uint32_t i = 0; i < nbytes; ++i) acc = acc << 8 | p[i];
+    const uint32_t shift = nbytes * 8 - used - count;
+    const uint64_t field = (count == 32 ? 0xFFFFFFFFull : (1ull << count) - 1) << shift;
+    acc = (acc & ~field) | ((uint64_t{value} << shift) & field);
+    for (uint32_t i = nbytes; i-- > 0; acc >>= 8) p[i] = static_cast<uint8_t>(acc);
+    state->bitPos = pos + count;
+    return;
+  }
   uint32_t left = count;
   while (left != 0) {
     const uint64_t byteIndex = pos >> 3;
