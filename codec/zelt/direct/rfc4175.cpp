@@ -59,12 +59,15 @@ void PutPair(uint8_t* group, uint32_t phase, uint32_t cb, uint32_t y0, uint32_t 
   std::memcpy(group, w, 16);
 }
 
-// One v210 group from 15 stream bytes, words written whole.
+// One v210 group from 15 stream bytes (three 40-bit blocks), words written whole.
 inline void UnpackGroup(uint8_t* dst, const uint8_t* src) {
-  for (uint32_t j = 0; j < 4; ++j) {
-    const uint32_t s = 3 * j;
-    Store32(dst + 4 * j, ReadSample(src, s) | ReadSample(src, s + 1) << 10 | ReadSample(src, s + 2) << 20);
+  uint32_t v[12];
+  for (int b = 0; b < 3; ++b) {
+    const uint8_t* p = src + 5 * b;
+    const uint64_t block = uint64_t{p[0]} << 32 | uint64_t{p[1]} << 24 | uint64_t{p[2]} << 16 | uint64_t{p[3]} << 8 | p[4];
+    for (int k = 0; k < 4; ++k) v[4 * b + k] = static_cast<uint32_t>(block >> (30 - 10 * k)) & 0x3FF;
   }
+  for (int j = 0; j < 4; ++j) Store32(dst + 4 * j, v[3 * j] | v[3 * j + 1] << 10 | v[3 * j + 2] << 20);
 }
 
 // A packed line of `lineBytes` bytes to `groups` whole v210 groups. Samples the

@@ -46,6 +46,7 @@ inline uint32_t Load32(const uint8_t* p) {
 }
 inline void Store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
 
+#if defined(__x86_64__) || defined(_M_X64)
 // Unpacks whole v210 groups from a packed stream (15 bytes -> 16), two at a time,
 // and returns how many it did (even, at most `groups`). The caller guarantees
 // 15 * groups + 1 readable bytes. Bits of each destination word under `keepMask`
@@ -64,5 +65,12 @@ size_t Y210GroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
 // Y210 to 8-bit high bytes, four pixel pairs (32 bytes in, 16 out) at a time;
 // returns the pairs done.
 size_t Y210HighBytesAvx2(uint8_t* dst, const uint8_t* src, size_t pairs);
+#else
+// Other architectures have no 256-bit kernels (UseAvx2() is false there).
+inline size_t UnpackGroupsAvx2(uint8_t*, const uint8_t*, size_t, uint32_t) { return 0; }
+inline size_t PackGroupsAvx2(uint8_t*, const uint8_t*, size_t) { return 0; }
+inline size_t Y210GroupsAvx2(uint8_t*, const uint8_t*, size_t) { return 0; }
+inline size_t Y210HighBytesAvx2(uint8_t*, const uint8_t*, size_t) { return 0; }
+#endif
 
 }  // namespace zelt::transport
