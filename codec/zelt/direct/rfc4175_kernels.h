@@ -62,7 +62,7 @@ size_t PackGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
 // returns the groups done.
 size_t Y210GroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
 
-// Y210 to 8-bit high bytes, four pixel pairs (32 bytes in, 16 out) at a time;
+// Y210 to 8-bit high bytes, eight pixel pairs (64 bytes in, 32 out) at a time;
 // returns the pairs done.
 size_t Y210HighBytesAvx2(uint8_t* dst, const uint8_t* src, size_t pairs);
 #else
