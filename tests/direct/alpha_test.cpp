@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "support/aligned.h"
 #include "support/buffers.h"
 #include "support/levels.h"
 #include "zelt/direct.h"
@@ -47,6 +48,21 @@ TEST(StripChroma, EveryPathInPlaceAndDistinct) {
                                  << "]: " << test::FirstDifference(r.bytes, want);
       }
     }
+  }
+}
+
+TEST(StripChroma, LargeAlignedFrame) {
+  const int32_t w = 2048, h = 2100, stride = 2 * w;
+  const std::vector<uint8_t> src = test::RandomBytes(size_t(stride) * h, 6);
+  std::vector<uint8_t> want = src;
+  for (size_t i = 0; i < want.size(); i += 4) want[i] = want[i + 2] = 0x80;
+  for (const test::PathResult& r : test::RunEveryPath([&] {
+         test::AlignedBytes s(src.size()), d(src.size());
+         s.Assign(src);
+         zlt_2yuv_strip_chroma(d.data(), stride, s.data(), stride, w, h);
+         return d.Bytes();
+       })) {
+    EXPECT_TRUE(r.bytes == want) << r.path;
   }
 }
 

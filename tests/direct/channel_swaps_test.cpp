@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 
+#include "support/aligned.h"
 #include "support/buffers.h"
 #include "support/levels.h"
 #include "zelt/direct.h"
@@ -141,6 +142,25 @@ TEST(ChannelSwaps, OnlyTheLow32BitsOfTheCountAreUsed) {
         std::memcpy(&w, r.bytes.data() + 4 * i, 4);
         EXPECT_EQ(w, i < 40 ? c.of11223344 : 0xDEADBEEFu) << c.name << " pixel " << i << " [" << r.path << "]";
       }
+    }
+  }
+}
+
+// Runs far larger than the cache, with an aligned destination, take streaming
+// stores on the 256-bit path; the bytes stay those of every other path.
+TEST(ChannelSwaps, LargeAlignedRuns) {
+  const size_t n = 2200000 + 5;
+  const std::vector<uint32_t> src = Words(n, 77);
+  for (const SwapCase& c : {kSwaps[0], kSwaps[6]}) {
+    std::vector<uint32_t> want(n);
+    for (size_t i = 0; i < n; ++i) want[i] = Permute(c, src[i]);
+    for (const test::PathResult& r : test::RunEveryPath([&] {
+           test::AlignedBytes s(4 * n), d(4 * n);
+           std::memcpy(s.data(), src.data(), 4 * n);
+           c.fn(reinterpret_cast<uint32_t*>(d.data()), reinterpret_cast<const uint32_t*>(s.data()), n);
+           return d.Bytes();
+         })) {
+      EXPECT_TRUE(r.bytes == AsBytes(want.data(), n)) << c.name << " [" << r.path << "]";
     }
   }
 }

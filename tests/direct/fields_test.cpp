@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "support/aligned.h"
 #include "support/buffers.h"
 #include "support/levels.h"
 #include "zelt/direct.h"
@@ -328,6 +329,25 @@ TEST(Flips, HorizontalOnEveryPathDistinctAndInPlace) {
         }
       }
     }
+  }
+}
+
+// A frame far larger than the cache with aligned lines takes streaming stores on
+// the 256-bit path; the bytes stay the same.
+TEST(Flips, HorizontalLargeAlignedFrame) {
+  const uint32_t w = 1920, h = 1100, stride = 4 * w;
+  const std::vector<uint8_t> src = test::RandomBytes(size_t{stride} * h, 8);
+  std::vector<uint8_t> want(src.size());
+  for (uint32_t n = 0; n < h; ++n)
+    for (uint32_t x = 0; x < w; ++x)
+      std::memcpy(&want[size_t{n} * stride + 4 * x], &src[size_t{n} * stride + 4 * (w - 1 - x)], 4);
+  for (const test::PathResult& r : test::RunEveryPath([&] {
+         test::AlignedBytes s(src.size()), d(src.size());
+         s.Assign(src);
+         zlt_flip_horz(d.data(), s.data(), w, h, stride);
+         return d.Bytes();
+       })) {
+    EXPECT_TRUE(r.bytes == want) << r.path;
   }
 }
 

@@ -35,16 +35,21 @@ ZELT_API uint32_t zlt_2yuv_strip_chroma(uint8_t* dst, int32_t dst_stride, const 
   if (height < 1 || width < 2) return 0;
   const size_t pairs = static_cast<size_t>(width / 2);
   const bool avx2 = UseAvx2();
+  const bool stream = size_t(height) * pairs * 4 >= kStreamFrameBytes;
   for (int32_t n = 0; n < height; ++n) {
     uint8_t* d = dst + Line(n, dst_stride);
     const uint8_t* s = src + Line(n, src_stride);
     size_t done = 0;
 #if defined(__x86_64__) || defined(_M_X64)
-    if (avx2 && pairs >= 32 && !PartlyOverlap(d, s, 4 * pairs)) done = StripChromaBlocksAvx2(d, s, pairs);
+    if (avx2 && pairs >= 32 && !PartlyOverlap(d, s, 4 * pairs)) done = StripChromaBlocksAvx2(d, s, pairs, stream);
 #endif
     StripChromaRow(d + 4 * done, s + 4 * done, pairs - done);
   }
+#if defined(__x86_64__) || defined(_M_X64)
+  if (avx2 && stream) StreamFence();
+#endif
   (void)avx2;
+  (void)stream;
   return 0;
 }
 

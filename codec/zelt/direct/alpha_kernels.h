@@ -11,8 +11,11 @@ namespace zelt::direct {
 void StripChromaRow(uint8_t* dst, const uint8_t* src, size_t pairs);
 
 #if defined(__x86_64__) || defined(_M_X64)
-// Whole blocks of 32 pair words; returns the pairs done.
-size_t StripChromaBlocksAvx2(uint8_t* dst, const uint8_t* src, size_t pairs);
+// Whole blocks of 32 pair words; returns the pairs done. `stream`: non-temporal
+// stores when dst is 32-byte aligned and distinct from src (StreamFence after the
+// last line).
+size_t StripChromaBlocksAvx2(uint8_t* dst, const uint8_t* src, size_t pairs, bool stream);
+void StreamFence();
 #endif
 
 }  // namespace zelt::direct

@@ -33,7 +33,8 @@ uint32_t Convert(Swap op, uint32_t* dst, const uint32_t* src, uint64_t count64) 
   const size_t count = static_cast<uint32_t>(count64);
 #if defined(__x86_64__) || defined(_M_X64)
   if (UseAvx2() && !DstAheadInSrc(dst, src, count)) {
-    const size_t done = SwapBlocksAvx2(op, dst, src, count);
+    const bool stream = count * 4 >= kStreamBytes && !Overlap(dst, src, count);
+    const size_t done = SwapBlocksAvx2(op, dst, src, count, stream);
     SwapRunScalar(op, dst + done, src + done, count - done);
     return static_cast<uint32_t>(count);
   }

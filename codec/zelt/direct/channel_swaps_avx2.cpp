@@ -30,23 +30,38 @@ __m256i Mask(Swap op) {
   return _mm256_broadcastsi128_si256(m);
 }
 inline __m256i Load(const uint32_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
-inline void Store(uint32_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
-}  // namespace
+template <bool kStream>
+inline void Store(uint32_t* p, __m256i v) {
+  if constexpr (kStream) {
+    _mm256_stream_si256(reinterpret_cast<__m256i*>(p), v);
+  } else {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
+  }
+}
 
 // Each step loads before it stores, so dst == src, and dst behind src, give the
 // pixel-by-pixel result.
-size_t SwapBlocksAvx2(Swap op, uint32_t* dst, const uint32_t* src, size_t count) {
-  const __m256i mask = Mask(op);
+template <bool kStream>
+size_t Blocks(__m256i mask, uint32_t* dst, const uint32_t* src, size_t count) {
   size_t i = 0;
   for (; i + 32 <= count; i += 32) {
     const __m256i a = Load(src + i), b = Load(src + i + 8), c = Load(src + i + 16), d = Load(src + i + 24);
-    Store(dst + i, _mm256_shuffle_epi8(a, mask));
-    Store(dst + i + 8, _mm256_shuffle_epi8(b, mask));
-    Store(dst + i + 16, _mm256_shuffle_epi8(c, mask));
-    Store(dst + i + 24, _mm256_shuffle_epi8(d, mask));
+    Store<kStream>(dst + i, _mm256_shuffle_epi8(a, mask));
+    Store<kStream>(dst + i + 8, _mm256_shuffle_epi8(b, mask));
+    Store<kStream>(dst + i + 16, _mm256_shuffle_epi8(c, mask));
+    Store<kStream>(dst + i + 24, _mm256_shuffle_epi8(d, mask));
   }
-  for (; i + 8 <= count; i += 8) Store(dst + i, _mm256_shuffle_epi8(Load(src + i), mask));
+  for (; i + 8 <= count; i += 8) Store<kStream>(dst + i, _mm256_shuffle_epi8(Load(src + i), mask));
+  if constexpr (kStream) _mm_sfence();
   return i;
+}
+}  // namespace
+
+size_t SwapBlocksAvx2(Swap op, uint32_t* dst, const uint32_t* src, size_t count, bool stream) {
+  const __m256i mask = Mask(op);
+  // Streaming stores need a 32-byte aligned destination (frame buffers are).
+  if (stream && (reinterpret_cast<uintptr_t>(dst) & 31) == 0) return Blocks<true>(mask, dst, src, count);
+  return Blocks<false>(mask, dst, src, count);
 }
 
 }  // namespace zelt::direct

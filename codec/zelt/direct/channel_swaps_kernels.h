@@ -37,7 +37,12 @@ void SwapRunScalar(Swap op, uint32_t* dst, const uint32_t* src, size_t count);
 #if defined(__x86_64__) || defined(_M_X64)
 // Whole blocks with pshufb; return the pixels done (the caller finishes the run).
 size_t SwapBlocksSse41(Swap op, uint32_t* dst, const uint32_t* src, size_t count, size_t block);
-size_t SwapBlocksAvx2(Swap op, uint32_t* dst, const uint32_t* src, size_t count);
+// `stream`: non-temporal stores, for runs larger than the last-level cache share a
+// frame should take (the caller checks that the runs do not overlap).
+size_t SwapBlocksAvx2(Swap op, uint32_t* dst, const uint32_t* src, size_t count, bool stream);
+
+// Runs of at least this many bytes are written with streaming stores.
+inline constexpr size_t kStreamBytes = size_t{8} << 20;
 #endif
 
 }  // namespace zelt::direct

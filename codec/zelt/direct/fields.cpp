@@ -274,17 +274,22 @@ ZELT_API uint32_t zlt_change_field_yuv(uint8_t* picture, uint32_t mode, int64_t 
 ZELT_API void zlt_flip_horz(uint8_t* dst, const uint8_t* src, uint32_t width, int32_t height, int32_t stride) {
   SimdGuard();
   const bool avx2 = UseAvx2();
+  const bool stream = height > 0 && size_t(height) * size_t{width} * 4 >= kStreamFrameBytes;
   for (int32_t n = 0; n < height; ++n) {
     const ptrdiff_t off = static_cast<ptrdiff_t>(n) * stride;
 #if defined(__x86_64__) || defined(_M_X64)
     if (avx2) {
-      FlipRow32Avx2(dst + off, src + off, width);
+      FlipRow32Avx2(dst + off, src + off, width, stream);
       continue;
     }
 #endif
     FlipRow32(dst + off, src + off, width);
   }
+#if defined(__x86_64__) || defined(_M_X64)
+  if (avx2 && stream) _mm_sfence();  // streaming stores drain before the caller reads
+#endif
   (void)avx2;
+  (void)stream;
 }
 
 ZELT_API void zlt_flip_vert(uint8_t* dst, const uint8_t* src, uint32_t /*width*/, int32_t height, uint32_t stride) {

@@ -11,9 +11,29 @@ namespace {
 inline __m256i Reverse8(__m256i v) { return _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0)); }
 inline __m256i Load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
 inline void Store(uint8_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+
+template <bool kStream>
+size_t FlipBlocks(uint8_t* dst, const uint8_t* src, size_t width) {
+  auto put = [](uint8_t* p, __m256i v) {
+    if constexpr (kStream) {
+      _mm256_stream_si256(reinterpret_cast<__m256i*>(p), v);
+    } else {
+      Store(p, v);
+    }
+  };
+  size_t x = 0;
+  for (; x + 16 <= width; x += 16) {
+    const __m256i a = Load(src + 4 * (width - 8 - x));
+    const __m256i b = Load(src + 4 * (width - 16 - x));
+    put(dst + 4 * x, Reverse8(a));
+    put(dst + 4 * x + 32, Reverse8(b));
+  }
+  for (; x + 8 <= width; x += 8) put(dst + 4 * x, Reverse8(Load(src + 4 * (width - 8 - x))));
+  return x;
+}
 }  // namespace
 
-void FlipRow32Avx2(uint8_t* dst, const uint8_t* src, size_t width) {
+void FlipRow32Avx2(uint8_t* dst, const uint8_t* src, size_t width, bool stream) {
   if (dst == src) {
     size_t i = 0;
     for (; 2 * i + 16 <= width; i += 8) {
@@ -30,14 +50,8 @@ void FlipRow32Avx2(uint8_t* dst, const uint8_t* src, size_t width) {
     FlipRow32(dst, src, width);
     return;
   }
-  size_t x = 0;
-  for (; x + 16 <= width; x += 16) {
-    const __m256i a = Load(src + 4 * (width - 8 - x));
-    const __m256i b = Load(src + 4 * (width - 16 - x));
-    Store(dst + 4 * x, Reverse8(a));
-    Store(dst + 4 * x + 32, Reverse8(b));
-  }
-  for (; x + 8 <= width; x += 8) Store(dst + 4 * x, Reverse8(Load(src + 4 * (width - 8 - x))));
+  const size_t x = stream && (reinterpret_cast<uintptr_t>(dst) & 31) == 0 ? FlipBlocks<true>(dst, src, width)
+                                                                          : FlipBlocks<false>(dst, src, width);
   FlipRow32(dst + 4 * x, src, width - x);
 }
 

@@ -22,7 +22,12 @@ void FlipRow32(uint8_t* dst, const uint8_t* src, size_t width);
 void AverageInto(uint8_t* dst, const uint8_t* other, size_t bytes);
 
 #if defined(__x86_64__) || defined(_M_X64)
-void FlipRow32Avx2(uint8_t* dst, const uint8_t* src, size_t width);
+// `stream`: non-temporal stores for distinct buffers (used when dst is 32-byte
+// aligned; frames far larger than the cache).
+void FlipRow32Avx2(uint8_t* dst, const uint8_t* src, size_t width, bool stream);
+
+// Frames of at least this many bytes are written with streaming stores.
+inline constexpr size_t kStreamFrameBytes = size_t{8} << 20;
 void AverageIntoAvx2(uint8_t* dst, const uint8_t* other, size_t bytes);
 #endif
 
