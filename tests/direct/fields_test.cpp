@@ -2,6 +2,7 @@
 // pictures, the luma smoother's thresholds, field swap and line average, flips.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -134,9 +135,18 @@ TEST(Deinterlace, ThresholdAndSoftnessZeroReplaceEveryCombedPixel) {
       EXPECT_EQ(at(dst, stride * n + 4 * x), want) << "line " << n << " x " << x;
     }
   }
+  // Kept lines are whole-stride copies, padding included; filtered lines write
+  // their pixels only.
   for (uint32_t n = 0; n < h; n += 2) {
-    EXPECT_EQ(0, std::memcmp(dst.data() + stride * n, src.data() + stride * (n + 1), 4 * w)) << "even line " << n;
+    EXPECT_EQ(0, std::memcmp(dst.data() + stride * n, src.data() + stride * (n + 1), stride)) << "even line " << n;
+    EXPECT_EQ(dst[stride * (n + 1) + 4 * w], 0) << "padding of odd line " << n + 1;
   }
+  // Mode 0 keeps even lines pixel by pixel: no padding.
+  std::vector<uint8_t> dst0(stride * h, 0);
+  zlt_deinterlace_rgb(dst0.data(), src.data() + stride, w, h, stride, 0, 0, 0, 0);
+  EXPECT_EQ(0, std::memcmp(dst0.data(), src.data() + stride, 4 * w));
+  EXPECT_EQ(dst0[4 * w], 0);
+  EXPECT_EQ(0, std::memcmp(dst0.data() + stride, dst.data() + stride, 4 * w)) << "mode 0 filters like mode 16";
   EXPECT_EQ(zlt_deinterlace_yuv(), 0xFFFFFFFFu);
 }
 
@@ -358,7 +368,7 @@ TEST(Flips, VerticalDistinctAndInPlace) {
     std::vector<uint8_t> want(src.size());
     for (int32_t n = 0; n < h; ++n) std::memcpy(&want[size_t(n) * stride], &src[size_t(h - 1 - n) * stride], stride);
     test::GuardedBuffer d(src.size()), s(src.size());
-    std::memcpy(s.data(), src.data(), src.size());
+    std::copy(src.begin(), src.end(), s.data());
     zlt_flip_vert(d.data(), s.data(), 1, h, stride);
     EXPECT_EQ(d.Bytes(), want) << "h=" << h;
     const uint64_t allocs = zelt::testing::QrAllocCount();

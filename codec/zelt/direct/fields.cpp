@@ -153,10 +153,15 @@ ZELT_API uint32_t zlt_deinterlace_rgb(uint8_t* dst, const uint8_t* src, uint32_t
     const uint8_t* c = src + line;
     uint8_t* out = dst + line;
     const bool odd = (n & 1) != 0;
-    // Mode 16 keeps the even lines, mode 17 the odd ones; outside mode 2 an even
-    // line comes out as it went in whatever its measure, so it is a copy as well.
-    const bool keep = (mode == 16 && !odd) || (mode == 17 && odd) || (mode != 2 && !odd);
-    if (keep) {
+    // Mode 16 keeps the even lines, mode 17 the odd ones, as whole-stride line
+    // copies (padding included).
+    if ((mode == 16 && !odd) || (mode == 17 && odd)) {
+      if (out != c) std::memmove(out, c, stride);
+      continue;
+    }
+    // Outside mode 2 an even line comes out pixel for pixel as it went in, whatever
+    // its measure.
+    if (mode != 2 && !odd) {
       if (out != c) std::memmove(out, c, rowBytes);
       continue;
     }
