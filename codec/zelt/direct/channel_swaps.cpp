@@ -21,12 +21,12 @@ void SwapRunScalar(Swap op, uint32_t* dst, const uint32_t* src, size_t count) {
 
 namespace {
 
-bool Overlap(const uint32_t* a, const uint32_t* b, size_t n) { return a < b ? b < a + n : a < b + n; }
+[[maybe_unused]] bool Overlap(const uint32_t* a, const uint32_t* b, size_t n) { return a < b ? b < a + n : a < b + n; }
 
 // The 256-bit path converts the run whatever the overlap; a destination that
 // starts inside the source, ahead of it, would then read pixels it already wrote
 // in block-sized steps, so that one case runs pixel by pixel like every other path.
-bool DstAheadInSrc(const uint32_t* dst, const uint32_t* src, size_t n) { return src < dst && dst < src + n; }
+[[maybe_unused]] bool DstAheadInSrc(const uint32_t* dst, const uint32_t* src, size_t n) { return src < dst && dst < src + n; }
 
 uint32_t Convert(Swap op, uint32_t* dst, const uint32_t* src, uint64_t count64) {
   SimdGuard();

@@ -45,7 +45,7 @@ void FlipRowScalar(uint8_t* dst, const uint8_t* src, size_t width) {
 }  // namespace
 
 void FlipRow32(uint8_t* dst, const uint8_t* src, size_t width) {
-#if ZELT_DIRECT_SSE2
+#if defined(ZELT_DIRECT_SSE2)
   if (dst == src) {
     // Swap four-pixel blocks from both ends while they stay apart; the middle is
     // left to the pixel loop.
@@ -75,7 +75,7 @@ void FlipRow32(uint8_t* dst, const uint8_t* src, size_t width) {
 
 void AverageInto(uint8_t* dst, const uint8_t* other, size_t bytes) {
   size_t i = 0;
-#if ZELT_DIRECT_SSE2
+#if defined(ZELT_DIRECT_SSE2)
   if (!PartlyOverlap(dst, other, bytes)) {
     const __m128i one = _mm_set1_epi8(1);
     for (; i + 16 <= bytes; i += 16) {
