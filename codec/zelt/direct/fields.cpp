@@ -300,8 +300,16 @@ ZELT_API void zlt_flip_horz(uint8_t* dst, const uint8_t* src, uint32_t width, in
 ZELT_API void zlt_flip_vert(uint8_t* dst, const uint8_t* src, uint32_t /*width*/, int32_t height, uint32_t stride) {
   SimdGuard();
   if (dst != src) {
+    // A frame far larger than the cache goes out with streaming stores.
+    const bool stream = height > 0 && size_t(height) * stride >= kStreamFrameBytes;
     for (int32_t n = 0; n < height; ++n) {
-      CopyMemoryFast(dst + size_t(n) * stride, src + size_t(height - 1 - n) * stride, stride);
+      uint8_t* d = dst + size_t(n) * stride;
+      const uint8_t* s = src + size_t(height - 1 - n) * stride;
+      if (stream) {
+        CopyMemoryStreaming(d, s, stride);
+      } else {
+        CopyMemoryFast(d, s, stride);
+      }
     }
     return;
   }
