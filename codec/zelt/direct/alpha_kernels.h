@@ -1,0 +1,21 @@
+// Row kernels of the alpha and key-plane exports.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zelt::direct {
+
+// Every 2vuy pair word w becomes (w & ~0x007F007F) | 0x00800080: U and V 0x80,
+// both lumas kept. `pairs` words.
+void StripChromaRow(uint8_t* dst, const uint8_t* src, size_t pairs);
+
+#if defined(__x86_64__) || defined(_M_X64)
+// Whole blocks of 32 pair words; returns the pairs done. `stream`: non-temporal
+// stores when dst is 32-byte aligned and distinct from src (StreamFence after the
+// last line).
+size_t StripChromaBlocksAvx2(uint8_t* dst, const uint8_t* src, size_t pairs, bool stream);
+void StreamFence();
+#endif
+
+}  // namespace zelt::direct

@@ -1,0 +1,31 @@
+// Running a conversion at every processor level that has a path of its own, and
+// catching what the library writes to its error log.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/paths.h"
+
+namespace zelt::test {
+
+// Levels whose converters may take different paths: SSE2 only (no 128-bit
+// SSE4.1 blocks), SSE4.1 (level 4) and, on hosts that have it, AVX2 (level 5).
+// Like RunEveryPath, with the extra SSE2-only run.
+std::vector<PathResult> RunEveryLevel(const std::function<std::vector<uint8_t>()>& convert);
+
+// While alive, the library's error messages (and their flags) are collected here
+// instead of going to standard error.
+class ErrorLogCapture {
+ public:
+  ErrorLogCapture();
+  ~ErrorLogCapture();
+  ErrorLogCapture(const ErrorLogCapture&) = delete;
+  ErrorLogCapture& operator=(const ErrorLogCapture&) = delete;
+  std::vector<std::string> messages;
+  std::vector<uint32_t> flags;
+};
+
+}  // namespace zelt::test
