@@ -165,12 +165,17 @@ uint64_t RgbToYcbcrKernel(uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr, const u
   const uint32_t pairs = width / 2;
 
   // 4:2:2 from 32-bit pixels has a 256-bit variant in 14-bit fixed point.
-  bool wide = false;
+  // 4:2:0 from 32-bit pixels has a 256-bit form of the exact rule (same bytes).
+  bool wide = false, exact = false;
   Chroma422 layout = Chroma422::kPlanar;
   uint8_t* group = nullptr;
 #if defined(__x86_64__) || defined(_M_X64)
-  if (pixelBytes == 4 && (full || !isPlanar) && UseAvx2()) {
-    wide = isPlanar || PackedLayout(dstY, dstCb, dstCr, &layout, &group);
+  if (pixelBytes == 4 && UseAvx2()) {
+    if (isPlanar && !full) {
+      exact = true;
+    } else {
+      wide = isPlanar || PackedLayout(dstY, dstCb, dstCr, &layout, &group);
+    }
   }
 #endif
   const Rgb14Matrix m14 = wide ? ToFixed14(m) : Rgb14Matrix{};
@@ -198,6 +203,9 @@ uint64_t RgbToYcbcrKernel(uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr, const u
     if (wide) {
       uint8_t* start = isPlanar ? y : group + size_t{r} * dstStride;
       done = EncodeRgb32Row422Avx2(s, off, m14, layout, start, cb, cr, pairs);
+      if (done == pairs) continue;
+    } else if (exact) {
+      done = EncodeRgb32PlanarRowExactAvx2(s, off, m, y, cb, cr, pairs);
       if (done == pairs) continue;
     }
 #endif

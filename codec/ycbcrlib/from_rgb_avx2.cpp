@@ -102,6 +102,87 @@ uint32_t EncodeRgb32Row422Avx2(const uint8_t* src, RgbOffsets off, const Rgb14Ma
   return blocks * 8;
 }
 
+namespace {
+
+// floor(x / 1000000) for 0 <= x < 2^32 with x below 4.3e8: (x * 1125899907) >> 50.
+// The multiplier exceeds 2^50 / 10^6 by 0.157, so the error stays below
+// 4.3e8 * 0.157 / 2^50 < 10^-7, far less than the 10^-6 gap to the next quotient.
+inline __m256i Div1e6(__m256i x) {
+  const __m256i mul = _mm256_set1_epi32(1125899907);
+  const __m256i even = _mm256_srli_epi64(_mm256_mul_epu32(x, mul), 50);
+  const __m256i odd = _mm256_srli_epi64(_mm256_mul_epu32(_mm256_srli_epi64(x, 32), mul), 50);
+  return _mm256_or_si256(even, _mm256_slli_epi64(odd, 32));
+}
+
+inline __m256i Weighted(__m256i r, __m256i g, __m256i b, int32_t wr, int32_t wg, int32_t wb) {
+  return _mm256_add_epi32(_mm256_add_epi32(_mm256_mullo_epi32(r, _mm256_set1_epi32(wr)),
+                                           _mm256_mullo_epi32(g, _mm256_set1_epi32(wg))),
+                          _mm256_mullo_epi32(b, _mm256_set1_epi32(wb)));
+}
+
+// The chroma rule: q = floor((|s| + bias) / 10^6) with the up bias for s >= 0 and
+// the down bias for s < 0, sign restored, centre added, clamped to 0..255.
+inline __m256i Chroma(__m256i s, int32_t upBias, int32_t downBias) {
+  const __m256i negative = _mm256_cmpgt_epi32(_mm256_setzero_si256(), s);
+  const __m256i bias = _mm256_blendv_epi8(_mm256_set1_epi32(upBias), _mm256_set1_epi32(downBias), negative);
+  const __m256i q = Div1e6(_mm256_add_epi32(_mm256_abs_epi32(s), bias));
+  const __m256i signedQ = _mm256_sub_epi32(_mm256_xor_si256(q, negative), negative);
+  return _mm256_add_epi32(signedQ, _mm256_set1_epi32(128));
+}
+
+}  // namespace
+
+uint32_t EncodeRgb32PlanarRowExactAvx2(const uint8_t* src, RgbOffsets off, const RgbToYcbcrMatrix& m, uint8_t* y,
+                                       uint8_t* cb, uint8_t* cr, uint32_t pairs) {
+  const uint32_t blocks = pairs / 8;  // 16 pixels a block
+  if (blocks == 0) return 0;
+  // R in bits 0-7, G in 8-15, B in 16-23 of each pixel's 32-bit lane.
+  const auto b = static_cast<char>(off.b), g = static_cast<char>(off.g), r = static_cast<char>(off.r);
+  const __m256i order = _mm256_setr_epi8(r, g, b, -1, r + 4, g + 4, b + 4, -1, r + 8, g + 8, b + 8, -1, r + 12, g + 12,
+                                         b + 12, -1, r, g, b, -1, r + 4, g + 4, b + 4, -1, r + 8, g + 8, b + 8, -1,
+                                         r + 12, g + 12, b + 12, -1);
+  const __m256i byte = _mm256_set1_epi32(0xFF);
+  // Luma: first of a pair rounds up from a remainder of 500001, the second truncates.
+  const __m256i yBias = _mm256_setr_epi32(499999, 0, 499999, 0, 499999, 0, 499999, 0);
+  const __m256i yOffset = _mm256_set1_epi32(m.yOffset);
+  const __m256i max8 = _mm256_set1_epi32(255);
+  const __m256i zero = _mm256_setzero_si256();
+  const __m256i gather = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+  const __m128i split = _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15);
+
+  for (uint32_t k = 0; k < blocks; ++k, src += 64, y += 16) {
+    __m256i yv[2], cv[2];
+    for (int h = 0; h < 2; ++h) {
+      const __m256i p = _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 32 * h)), order);
+      const __m256i rr = _mm256_and_si256(p, byte);
+      const __m256i gg = _mm256_and_si256(_mm256_srli_epi32(p, 8), byte);
+      const __m256i bb = _mm256_srli_epi32(p, 16);
+      const __m256i sy = _mm256_add_epi32(Weighted(rr, gg, bb, m.yR, m.yG, m.yB), yBias);
+      yv[h] = _mm256_min_epi32(_mm256_add_epi32(Div1e6(sy), yOffset), max8);
+      if (cb != nullptr) {
+        const __m256i vcb = Chroma(Weighted(rr, gg, bb, m.cbR, m.cbG, m.cbB), 549999, 749999);
+        const __m256i vcr = Chroma(Weighted(rr, gg, bb, m.crR, m.crG, m.crB), 499999, 499999);
+        // Even lanes hold the pairs' chroma: Cb there, Cr moved into the odd lane.
+        cv[h] = _mm256_blend_epi32(vcb, _mm256_slli_epi64(vcr, 32), 0xAA);
+      }
+    }
+    // packs/packus work per 128-bit lane; the dword gather puts the 16 bytes in
+    // pixel order.
+    const __m256i y8 = _mm256_packus_epi16(_mm256_packs_epi32(yv[0], yv[1]), zero);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(y),
+                     _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(y8, gather)));
+    if (cb != nullptr) {
+      const __m256i c8 = _mm256_packus_epi16(_mm256_packs_epi32(cv[0], cv[1]), zero);
+      const __m128i c = _mm_shuffle_epi8(_mm256_castsi256_si128(_mm256_permutevar8x32_epi32(c8, gather)), split);
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(cb), c);
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(cr), _mm_srli_si128(c, 8));
+      cb += 8;
+      cr += 8;
+    }
+  }
+  return blocks * 8;
+}
+
 }  // namespace zelt::ycbcr
 
 #endif

@@ -62,4 +62,12 @@ Rgb14Matrix ToFixed14(const RgbToYcbcrMatrix& m);
 uint32_t EncodeRgb32Row422Avx2(const uint8_t* src, RgbOffsets off, const Rgb14Matrix& m, Chroma422 layout,
                                uint8_t* y, uint8_t* cb, uint8_t* cr, uint32_t pairs);
 
+// --- 256-bit form of the portable rule (same bytes) --------------------------------
+
+// Planar rows from 32-bit pixels by the exact portable rule, whole blocks of 8 pairs;
+// returns the pairs done. `cb` null: the row writes no chroma. Used for 4:2:0,
+// which has no 14-bit variant.
+uint32_t EncodeRgb32PlanarRowExactAvx2(const uint8_t* src, RgbOffsets off, const RgbToYcbcrMatrix& m, uint8_t* y,
+                                       uint8_t* cb, uint8_t* cr, uint32_t pairs);
+
 }  // namespace zelt::ycbcr

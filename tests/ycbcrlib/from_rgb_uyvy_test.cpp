@@ -269,5 +269,27 @@ TEST(RgbToYcbcrWide, NeverMoreThanOneCodeValueFromThePortableRule) {
   }
 }
 
+// 4:2:0 has no 14-bit variant: every path gives the same bytes, over the RGB
+// lattice (each colour once as a pair's first pixel, once as its second), every id.
+TEST(RgbToYcbcrWide, FourTwoZeroIsTheSameOnEveryPath) {
+  std::vector<uint8_t> lattice;
+  for (int r = 0; r <= 255; r += 15)
+    for (int g = 0; g <= 255; g += 5)
+      for (int b = 0; b <= 255; b += 3) lattice.insert(lattice.end(), {uint8_t(b), uint8_t(g), uint8_t(r), 0});
+  const uint32_t w = 1024, pixels = static_cast<uint32_t>(lattice.size() / 4);
+  const uint32_t h = (pixels + w - 1) / w / 4 * 4 + 4;
+  lattice.resize(size_t{w} * 4 * h + 4, 0);
+  for (uint32_t id = 0; id < 11; ++id) {
+    for (uint32_t shift : {0u, 4u}) {
+      const auto runs = test::RunEveryPath([&] {
+        std::vector<uint8_t> dst(size_t{w} * h * 3 / 2);
+        cycbcr_RGB32_to_i420(dst.data(), lattice.data() + shift, w, h, w, w * 4, id, 2);
+        return dst;
+      });
+      for (const auto& run : runs) EXPECT_EQ(run.bytes, runs[0].bytes) << run.path << " id " << id;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace zelt
