@@ -148,23 +148,22 @@ uint32_t EncodeRgb32PlanarRowExactAvx2(const uint8_t* src, RgbOffsets off, const
   const __m256i max8 = _mm256_set1_epi32(255);
   const __m256i zero = _mm256_setzero_si256();
   const __m256i gather = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
-  const __m128i split = _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15);
+
+  // Chroma of 8 pairs from one vector of their first pixels, lanes a0 b0 a2 b2 |
+  // a4 b4 a6 b6 (a: pixels 0-7, b: pixels 8-15); this puts Cb, then Cr, in pair order.
+  const __m128i split = _mm_setr_epi8(0, 2, 4, 6, 1, 3, 5, 7, 8, 10, 12, 14, 9, 11, 13, 15);
 
   for (uint32_t k = 0; k < blocks; ++k, src += 64, y += 16) {
-    __m256i yv[2], cv[2];
+    const __m256i p0 = _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src)), order);
+    const __m256i p1 = _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 32)), order);
+    __m256i yv[2];
     for (int h = 0; h < 2; ++h) {
-      const __m256i p = _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 32 * h)), order);
+      const __m256i p = h == 0 ? p0 : p1;
       const __m256i rr = _mm256_and_si256(p, byte);
       const __m256i gg = _mm256_and_si256(_mm256_srli_epi32(p, 8), byte);
       const __m256i bb = _mm256_srli_epi32(p, 16);
       const __m256i sy = _mm256_add_epi32(Weighted(rr, gg, bb, m.yR, m.yG, m.yB), yBias);
       yv[h] = _mm256_min_epi32(_mm256_add_epi32(Div1e6(sy), yOffset), max8);
-      if (cb != nullptr) {
-        const __m256i vcb = Chroma(Weighted(rr, gg, bb, m.cbR, m.cbG, m.cbB), 549999, 749999);
-        const __m256i vcr = Chroma(Weighted(rr, gg, bb, m.crR, m.crG, m.crB), 499999, 499999);
-        // Even lanes hold the pairs' chroma: Cb there, Cr moved into the odd lane.
-        cv[h] = _mm256_blend_epi32(vcb, _mm256_slli_epi64(vcr, 32), 0xAA);
-      }
     }
     // packs/packus work per 128-bit lane; the dword gather puts the 16 bytes in
     // pixel order.
@@ -172,7 +171,13 @@ uint32_t EncodeRgb32PlanarRowExactAvx2(const uint8_t* src, RgbOffsets off, const
     _mm_storeu_si128(reinterpret_cast<__m128i*>(y),
                      _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(y8, gather)));
     if (cb != nullptr) {
-      const __m256i c8 = _mm256_packus_epi16(_mm256_packs_epi32(cv[0], cv[1]), zero);
+      const __m256i p = _mm256_blend_epi32(p0, _mm256_slli_epi64(p1, 32), 0xAA);
+      const __m256i rr = _mm256_and_si256(p, byte);
+      const __m256i gg = _mm256_and_si256(_mm256_srli_epi32(p, 8), byte);
+      const __m256i bb = _mm256_srli_epi32(p, 16);
+      const __m256i vcb = Chroma(Weighted(rr, gg, bb, m.cbR, m.cbG, m.cbB), 549999, 749999);
+      const __m256i vcr = Chroma(Weighted(rr, gg, bb, m.crR, m.crG, m.crB), 499999, 499999);
+      const __m256i c8 = _mm256_packus_epi16(_mm256_packs_epi32(vcb, vcr), zero);
       const __m128i c = _mm_shuffle_epi8(_mm256_castsi256_si128(_mm256_permutevar8x32_epi32(c8, gather)), split);
       _mm_storel_epi64(reinterpret_cast<__m128i*>(cb), c);
       _mm_storel_epi64(reinterpret_cast<__m128i*>(cr), _mm_srli_si128(c, 8));
