@@ -31,43 +31,43 @@ inline const RgbToYcbcrMatrix& RgbToYcbcrFor(uint32_t matrix) {
   return kRgbToYcbcr[matrix < kRgbToYcbcrCount ? matrix : 0];
 }
 
+// The rules below are stated on q = sum / 1000000 (truncated toward zero) and the
+// remainder r. Each is written as one biased division so that it compiles without
+// branches: adding (1000000 - t) before dividing raises q exactly when r >= t.
+
 // Luma with round-up: a remainder of 500001 or more adds one, exactly one half does
 // not. Only the top is clamped; the sum cannot be negative.
 inline uint8_t EncodeLumaRounded(uint32_t sy, int32_t yOffset) {
-  const uint32_t q = sy / kRgbToYcbcrScale;
-  const uint32_t r = sy - q * kRgbToYcbcrScale;
-  const int32_t y = static_cast<int32_t>(q + (r >= 500001u ? 1u : 0u)) + yOffset;
+  const int32_t y = static_cast<int32_t>((sy + 499999u) / 1000000u) + yOffset;
   return static_cast<uint8_t>(y > 255 ? 255 : y);
 }
 
 // Luma truncated: the second pixel of every pair in planar output.
 inline uint8_t EncodeLumaTruncated(uint32_t sy, int32_t yOffset) {
-  const int32_t y = static_cast<int32_t>(sy / kRgbToYcbcrScale) + yOffset;
+  const int32_t y = static_cast<int32_t>(sy / 1000000u) + yOffset;
   return static_cast<uint8_t>(y > 255 ? 255 : y);
 }
 
 namespace detail {
-// q = s / scale truncated toward zero, r the remainder (sign of s). A negative sum is
-// lowered when r < downBelow, a non-negative one raised when r >= upFrom. Then the
-// chroma centre is added and the result clamped to 0..255.
-inline uint8_t EncodeChroma(int32_t s, int32_t downBelow, int32_t upFrom) {
-  int32_t q = s / kRgbToYcbcrScale;
-  const int32_t r = s - q * kRgbToYcbcrScale;
-  if (s < 0) {
-    q -= r < downBelow ? 1 : 0;
-  } else {
-    q += r >= upFrom ? 1 : 0;
-  }
-  const int32_t c = q + 128;
+// A non-negative sum is raised when r >= upFrom; a negative one lowered when
+// r < downBelow, i.e. when |r| >= 1 - downBelow. The magnitude is divided with the
+// matching bias and the sign put back; then the chroma centre is added and the
+// result clamped to 0..255.
+template <int32_t kUpFrom, int32_t kDownBelow>
+inline uint8_t EncodeChroma(int32_t s) {
+  const bool negative = s < 0;
+  const uint32_t magnitude = negative ? 0u - static_cast<uint32_t>(s) : static_cast<uint32_t>(s);
+  const uint32_t bias = negative ? static_cast<uint32_t>(999999 + kDownBelow) : static_cast<uint32_t>(1000000 - kUpFrom);
+  const int32_t q = static_cast<int32_t>((magnitude + bias) / 1000000u);
+  const int32_t c = (negative ? -q : q) + 128;
   return static_cast<uint8_t>(c < 0 ? 0 : (c > 255 ? 255 : c));
 }
 }  // namespace detail
 
-// Cb rounds with skewed thresholds: down below -250000, up above 450000.
-inline uint8_t EncodeCb(int32_t scb) { return detail::EncodeChroma(scb, -250000, 450001); }
+// Cb rounds with skewed thresholds: up when r > 450000, down when r < -250000.
+inline uint8_t EncodeCb(int32_t scb) { return detail::EncodeChroma<450001, -250000>(scb); }
 
-// Cr rounds half away from zero, with exact halves kept: down below -500000, up
-// from 500001.
-inline uint8_t EncodeCr(int32_t scr) { return detail::EncodeChroma(scr, -500000, 500001); }
+// Cr: up when r >= 500001, down when r < -500000 (exact halves stay).
+inline uint8_t EncodeCr(int32_t scr) { return detail::EncodeChroma<500001, -500000>(scr); }
 
 }  // namespace zelt
