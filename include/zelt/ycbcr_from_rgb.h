@@ -19,7 +19,9 @@
    source rows 0, 3, 4, 7, 8, 11, ... Planar outputs truncate the second luma of
    every pair. Packed and 4:2:2 results are 2*width*height, 4:2:0 results
    width*height + 2*((width*height)/4). Chroma planes have half the destination
-   stride as their pitch. No argument is checked. */
+   stride as their pitch. A 4:2:0 frame of 4k+1 rows writes its last chroma row
+   half outside the quarter plane (up to dst_stride/4 bytes past the frame). No
+   argument is checked. */
 #ifndef ZELT_YCBCR_FROM_RGB_H
 #define ZELT_YCBCR_FROM_RGB_H
 

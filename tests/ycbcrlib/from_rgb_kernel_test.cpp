@@ -248,6 +248,24 @@ TEST(RgbToYcbcr, FourTwoZeroChromaComesFromTheFirstAndLastRowOfEachFour) {
     EXPECT_EQ(cb[k], CbRef(full601, 0, 0, blues[fromRows[k]])) << "chroma row " << k;
 }
 
+// With 4k+1 rows the last luma row still writes a chroma row (row 4k gives chroma
+// row 2k), half a chroma row past the quarter plane: w/4 bytes past the frame.
+TEST(RgbToYcbcr, FourTwoZeroWithFourKPlusOneRowsWritesAQuarterRowPastTheFrame) {
+  for (uint32_t w : {8u, 16u, 40u}) {
+    const uint32_t h = 5;
+    const std::vector<uint8_t> src = test::RandomBytes(w * 4 * h, w);
+    for (const auto& run : test::RunEveryPath([&] {
+           test::GuardedBuffer dst(w * h + 2 * (w * h / 4));
+           EXPECT_EQ(cycbcr_RGB32_to_i420(dst.data(), src.data(), w, h, w, w * 4, 0, 0), dst.size());
+           EXPECT_FALSE(dst.GuardsIntact(w / 4 - 1)) << w;
+           EXPECT_TRUE(dst.GuardsIntact(w / 4)) << w;
+           return dst.Bytes();
+         })) {
+      (void)run;
+    }
+  }
+}
+
 // The pixel size of cycbcr_RGB64_to_p422 follows the source stride.
 TEST(RgbToYcbcr, SixtyFourToP422ReadsThePixelSizeFromTheStride) {
   const uint32_t w = 6, h = 2, ds = 6;
