@@ -12,7 +12,9 @@
    `matrix`: colour matrix id 0..10 (0 BT.601 video range, 1 BT.601 full, 2/3 BT.709
    video/full to three decimals, 4 BT.709 video to six decimals, 5 BT.709 full,
    6/7 BT.2020 video/full, 8/9 house encodings video/full, 10 BT.601 full-range luma
-   with simplified chroma); other ids act as 0.
+   with simplified chroma); other ids act as 0. 48-bit orders 1 and 3 read the
+   four-sample positions, so their last channel comes from the next pixel's first
+   sample (2 bytes past the row for its last pixel).
 
    Chroma comes from the first pixel of each pair, never averaged; an odd last
    pixel is not converted (its bytes are not written). 4:2:0 chroma is taken from
@@ -21,7 +23,12 @@
    width*height + 2*((width*height)/4). Chroma planes have half the destination
    stride as their pitch. A 4:2:0 frame of 4k+1 rows writes its last chroma row
    half outside the quarter plane (up to dst_stride/4 bytes past the frame). No
-   argument is checked. */
+   argument is checked.
+
+   On processors with 256-bit integer vectors, 4:2:2 output (packed or planar)
+   from 32-bit pixels is computed in 14-bit fixed point and may differ from the
+   result above by one code value; every other output is the same on every
+   processor. */
 #ifndef ZELT_YCBCR_FROM_RGB_H
 #define ZELT_YCBCR_FROM_RGB_H
 
@@ -31,7 +38,7 @@ ZELT_EXTERN_C_BEGIN
 
 /* 24-bit RGB to UYVY. */
 ZELT_API uint32_t cycbcr_RGB24_to_uyvy(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
-/* 32-bit RGB to UYVY. Matrices 0 and 5 with orders 0 and 2 take a BGR fast path (pair-averaged chroma, returns width*dst_stride; order 2 rewrites the source to B,G,R,A in place; bottom-up flips the output afterwards). */
+/* 32-bit RGB to UYVY. Without 256-bit vectors, matrices 0 and 5 with orders 0 and 2 take a BGR fast path (pair-averaged chroma, returns width*dst_stride; order 2 rewrites the source to B,G,R,A in place; bottom-up flips the output afterwards). */
 ZELT_API uint32_t cycbcr_RGB32_to_uyvy(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 48- or 64-bit RGB (bits_per_pixel) to UYVY. */
 ZELT_API uint32_t cycbcr_RGB64_to_uyvy(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags, uint32_t bits_per_pixel);
@@ -59,7 +66,7 @@ ZELT_API uint32_t cycbcr_RGB32_to_yv12(uint8_t* dst, const uint8_t* src, uint32_
 ZELT_API uint32_t cycbcr_RGB24_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 32-bit RGB to P422. */
 ZELT_API uint32_t cycbcr_RGB32_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
-/* 16-bit-per-channel RGB to P422; bits per pixel are (src_stride / width) * 8, so a padded source row changes the layout read. */
+/* 16-bit-per-channel RGB to P422; bits per pixel are (src_stride / width) * 8, so a padded source row changes the layout read; a width of 0 divides by zero. */
 ZELT_API uint32_t cycbcr_RGB64_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 32-bit RGB to three caller-given planes: 4:2:2 when full_chroma_rows is nonzero, else 4:2:0; chroma rows chroma_stride apart. */
 ZELT_API uint32_t cycbcr_RGB32_to_planar(uint8_t* dst_y, uint8_t* dst_cb, uint8_t* dst_cr, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t chroma_stride, uint32_t full_chroma_rows, uint32_t src_stride, uint32_t matrix, uint32_t flags);
