@@ -112,17 +112,17 @@ void EncodeRowBytes(const uint8_t* s, RgbOffsets off, const RgbToYcbcrMatrix& m,
 
 // The 256-bit variant's packed layouts, recognised from where the kernel was told to
 // put Y, Cb and Cr. Anything else stays on the portable path.
-bool PackedLayout(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, Chroma422* layout, uint8_t** group) {
+bool PackedLayout(uint8_t* y, uint8_t* cb, uint8_t* cr, Chroma422* layout, uint8_t** group) {
   const ptrdiff_t dcb = cb - y, dcr = cr - y;
   if (dcb == -1 && dcr == 1) {
     *layout = Chroma422::kUyvy;
-    *group = const_cast<uint8_t*>(cb);
+    *group = cb;
   } else if (dcb == 1 && dcr == 3) {
     *layout = Chroma422::kYuy2;
-    *group = const_cast<uint8_t*>(y);
+    *group = y;
   } else if (dcb == 3 && dcr == 1) {
     *layout = Chroma422::kYvyu;
-    *group = const_cast<uint8_t*>(y);
+    *group = y;
   } else {
     return false;
   }
