@@ -48,6 +48,9 @@ uint32_t EncodeRgb32Row422Avx2(const uint8_t* src, RgbOffsets off, const Rgb14Ma
   const __m256i centre = _mm256_set1_epi16(128);
   const __m256i zero = _mm256_setzero_si256();
   const __m256i max8 = _mm256_set1_epi16(255);
+  // Words 0 4 2 6 1 5 3 7 of each lane.
+  const __m256i pairOrder = _mm256_setr_epi8(0, 1, 8, 9, 4, 5, 12, 13, 2, 3, 10, 11, 6, 7, 14, 15, 0, 1, 8, 9, 4, 5,
+                                             12, 13, 2, 3, 10, 11, 6, 7, 14, 15);
   // 16 bytes Cb0 Cr0 Cb2 Cr2 ... -> Cb0 Cb2 ... Cr0 Cr2 ...
   const __m128i split = _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15);
 
@@ -59,16 +62,19 @@ uint32_t EncodeRgb32Row422Avx2(const uint8_t* src, RgbOffsets off, const Rgb14Ma
 
     // Words in the order p0..3, p8..11 | p4..7, p12..15 (packs works per lane).
     __m256i y16 = _mm256_packs_epi32(Weigh(br0, g0, wy, yRound), Weigh(br1, g1, wy, yRound));
-    __m256i cb16 = _mm256_packs_epi32(Weigh(br0, g0, wcb, half), Weigh(br1, g1, wcb, half));
-    __m256i cr16 = _mm256_packs_epi32(Weigh(br0, g0, wcr, half), Weigh(br1, g1, wcr, half));
     y16 = _mm256_min_epi16(_mm256_max_epi16(_mm256_adds_epi16(y16, yOffset), zero), max8);
-    cb16 = _mm256_min_epi16(_mm256_max_epi16(_mm256_adds_epi16(cb16, centre), zero), max8);
-    cr16 = _mm256_min_epi16(_mm256_max_epi16(_mm256_adds_epi16(cr16, centre), zero), max8);
 
-    // Chroma of the first pixel of each pair sits in the even words; put the pair's
-    // second chroma sample in the odd word beside it.
-    const __m256i c16 = layout == Chroma422::kYvyu ? _mm256_blend_epi16(cr16, _mm256_slli_epi32(cb16, 16), 0xAA)
-                                                   : _mm256_blend_epi16(cb16, _mm256_slli_epi32(cr16, 16), 0xAA);
+    // Chroma only for the first pixel of each pair: one vector of them, lanes
+    // p0 p8 p2 p10 | p4 p12 p6 p14. Packed as (first, second) chroma sample words
+    // it comes out p0 p8 p2 p10 (first) p0 p8 p2 p10 (second) per lane; the byte
+    // shuffle puts each pair's two samples side by side in y16's pair order.
+    const __m256i e = _mm256_blend_epi32(p0, _mm256_slli_epi64(p1, 32), 0xAA);
+    const __m256i bre = _mm256_and_si256(e, lowBytes), ge = _mm256_srli_epi16(e, 8);
+    const __m256i vcb = Weigh(bre, ge, wcb, half), vcr = Weigh(bre, ge, wcr, half);
+    __m256i c16 = layout == Chroma422::kYvyu ? _mm256_packs_epi32(vcr, vcb) : _mm256_packs_epi32(vcb, vcr);
+    c16 = _mm256_shuffle_epi8(c16, pairOrder);
+    c16 = _mm256_min_epi16(_mm256_max_epi16(_mm256_adds_epi16(c16, centre), zero), max8);
+
     switch (layout) {
       case Chroma422::kUyvy: {
         const __m256i out = _mm256_or_si256(c16, _mm256_slli_epi16(y16, 8));
