@@ -69,27 +69,28 @@ Rgb14Matrix ToFixed14(const RgbToYcbcrMatrix& m) {
 namespace {
 
 template <uint32_t kPixelBytes, bool kPlanar, bool kChroma>
-void EncodeRowT(const uint8_t* s, RgbOffsets off, const RgbToYcbcrMatrix& m, uint8_t* y, uint8_t* cb, uint8_t* cr,
-                uint32_t pairs) {
+void EncodeRowT(const uint8_t* __restrict s, RgbOffsets off, const RgbToYcbcrMatrix& m, uint8_t* __restrict y,
+                uint8_t* __restrict cb, uint8_t* __restrict cr, uint32_t pairs) {
+  const RgbToYcbcrMatrix w = m;
   constexpr uint32_t kYStep = kPlanar ? 2 : 4;
   constexpr uint32_t kCStep = kPlanar ? 1 : 4;
   constexpr uint32_t kSecondY = kPlanar ? 1 : 2;
   for (uint32_t i = 0; i < pairs; ++i) {
     const uint32_t b0 = s[off.b], g0 = s[off.g], r0 = s[off.r];
     const uint32_t b1 = s[kPixelBytes + off.b], g1 = s[kPixelBytes + off.g], r1 = s[kPixelBytes + off.r];
-    const uint32_t sy0 = static_cast<uint32_t>(m.yR) * r0 + static_cast<uint32_t>(m.yG) * g0 +
-                         static_cast<uint32_t>(m.yB) * b0;
-    const uint32_t sy1 = static_cast<uint32_t>(m.yR) * r1 + static_cast<uint32_t>(m.yG) * g1 +
-                         static_cast<uint32_t>(m.yB) * b1;
-    y[0] = EncodeLumaRounded(sy0, m.yOffset);
+    const uint32_t sy0 = static_cast<uint32_t>(w.yR) * r0 + static_cast<uint32_t>(w.yG) * g0 +
+                         static_cast<uint32_t>(w.yB) * b0;
+    const uint32_t sy1 = static_cast<uint32_t>(w.yR) * r1 + static_cast<uint32_t>(w.yG) * g1 +
+                         static_cast<uint32_t>(w.yB) * b1;
+    y[0] = EncodeLumaRounded(sy0, w.yOffset);
     if constexpr (kChroma) {
       const int32_t ir = static_cast<int32_t>(r0), ig = static_cast<int32_t>(g0), ib = static_cast<int32_t>(b0);
-      cb[0] = EncodeCb(m.cbR * ir + m.cbG * ig + m.cbB * ib);
-      cr[0] = EncodeCr(m.crR * ir + m.crG * ig + m.crB * ib);
+      cb[0] = EncodeCb(w.cbR * ir + w.cbG * ig + w.cbB * ib);
+      cr[0] = EncodeCr(w.crR * ir + w.crG * ig + w.crB * ib);
       cb += kCStep;
       cr += kCStep;
     }
-    y[kSecondY] = kPlanar ? EncodeLumaTruncated(sy1, m.yOffset) : EncodeLumaRounded(sy1, m.yOffset);
+    y[kSecondY] = kPlanar ? EncodeLumaTruncated(sy1, w.yOffset) : EncodeLumaRounded(sy1, w.yOffset);
     y += kYStep;
     s += 2 * kPixelBytes;
   }
