@@ -2,6 +2,7 @@
 // rules, for every export, channel order, pixel size and row order, on every path.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -262,6 +263,38 @@ TEST(RgbToYcbcr, FourTwoZeroWithFourKPlusOneRowsWritesAQuarterRowPastTheFrame) {
            return dst.Bytes();
          })) {
       (void)run;
+    }
+  }
+}
+
+// The three-plane entry writes what P422 and I420 write, at the chroma pitch it is
+// given, and leaves the bytes between chroma rows alone.
+TEST(RgbToYcbcr, PlanarEntryHonoursItsChromaPitch) {
+  const uint32_t w = 37, h = 8, ds = 40;
+  const std::vector<uint8_t> src = test::RandomBytes(w * 4 * h, 12);
+  for (uint32_t full : {0u, 1u}) {
+    for (uint32_t cs : {ds / 2, 29u}) {
+      std::vector<uint8_t> packed(2 * ds * h, 0);
+      if (full != 0) {
+        cycbcr_RGB32_to_p422(packed.data(), src.data(), w, h, ds, w * 4, 6, 0x8001);
+      } else {
+        cycbcr_RGB32_to_i420(packed.data(), src.data(), w, h, ds, w * 4, 6, 0x8001);
+      }
+      const size_t chromaRows = full != 0 ? h : h / 2;
+      const uint8_t* cbRef = packed.data() + ds * h;
+      const uint8_t* crRef = cbRef + (full != 0 ? ds * h / 2 : ds * h / 4);
+      std::vector<uint8_t> y(ds * h, 0), cb(cs * chromaRows, 0xEE), cr(cs * chromaRows, 0xEE);
+      EXPECT_EQ(cycbcr_RGB32_to_planar(y.data(), cb.data(), cr.data(), src.data(), w, h, ds, cs, full, w * 4, 6, 0x8001),
+                full != 0 ? 2 * w * h : w * h + 2 * (w * h / 4));
+      EXPECT_TRUE(std::equal(y.begin(), y.end(), packed.begin())) << full << "/" << cs;
+      for (size_t r = 0; r < chromaRows; ++r) {
+        for (uint32_t x = 0; x < cs; ++x) {
+          const uint8_t wantCb = x < w / 2 ? cbRef[r * (ds / 2) + x] : 0xEE;
+          const uint8_t wantCr = x < w / 2 ? crRef[r * (ds / 2) + x] : 0xEE;
+          ASSERT_EQ(cb[r * cs + x], wantCb) << full << "/" << cs << " row " << r << " x " << x;
+          ASSERT_EQ(cr[r * cs + x], wantCr) << full << "/" << cs << " row " << r << " x " << x;
+        }
+      }
     }
   }
 }
