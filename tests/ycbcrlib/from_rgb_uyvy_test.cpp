@@ -25,13 +25,13 @@ double Apply(const double w[3], double r, double g, double b) { return w[0] * r 
 // Checks one UYVY group against the formula, with chroma from the pair's average.
 // Values within 0.01 of a half may round either way.
 void ExpectGroup(const Formula& f, const uint8_t* bgra0, const uint8_t* bgra1, const uint8_t* out, const char* what) {
-  auto check = [&](double v, uint8_t got, const char* part) {
+  auto check = [&](double v, uint8_t got, const char* sample) {
     v = std::min(255.0, std::max(0.0, v));
     const double frac = v - std::floor(v);
     if (std::abs(frac - 0.5) < 0.01) {
-      EXPECT_NEAR(got, v, 0.52) << what << " " << part;
+      EXPECT_NEAR(got, v, 0.52) << what << " " << sample;
     } else {
-      EXPECT_EQ(got, static_cast<int>(std::lround(v))) << what << " " << part << " " << v;
+      EXPECT_EQ(got, static_cast<int>(std::lround(v))) << what << " " << sample << " " << v;
     }
   };
   const double r = (bgra0[2] + bgra1[2]) / 2.0, g = (bgra0[1] + bgra1[1]) / 2.0, b = (bgra0[0] + bgra1[0]) / 2.0;
