@@ -1,8 +1,22 @@
-// Dispatcher routes of this family; filled in as its converters land.
+// Dispatcher routes of the RGB to YCbCr converters: RGB32 to every 8-bit YCbCr
+// layout. RGB32 to 012v has no converter here and answers 0.
 #include "ycbcrlib/routes.h"
+#include "zelt/ycbcr_from_rgb.h"
 
 namespace zelt::ycbcr {
 
-const std::span<const Route> kFromRgbRoutes{};
+namespace {
+const Route kRoutes[] = {
+    {Layout::RGB32, Layout::UYVY, RgbRoute<cycbcr_RGB32_to_uyvy>},
+    {Layout::RGB32, Layout::YUY2, RgbRoute<cycbcr_RGB32_to_yuy2>},
+    {Layout::RGB32, Layout::YVYU, RgbRoute<cycbcr_RGB32_to_yvyu>},
+    {Layout::RGB32, Layout::CYUV, RgbRoute<cycbcr_RGB32_to_cyuv>},
+    {Layout::RGB32, Layout::I420, RgbRoute<cycbcr_RGB32_to_i420>},
+    {Layout::RGB32, Layout::YV12, RgbRoute<cycbcr_RGB32_to_yv12>},
+    {Layout::RGB32, Layout::P422, RgbRoute<cycbcr_RGB32_to_p422>},
+};
+}  // namespace
+
+const std::span<const Route> kFromRgbRoutes{kRoutes};
 
 }  // namespace zelt::ycbcr
