@@ -128,6 +128,36 @@ TEST(MatrixPackers, FormatGateAndOddWidth) {
   EXPECT_EQ(rgb32[15], 7);
 }
 
+// The block path against the portable one: random 16-bit rows, every shift the callers
+// use (and one beyond 16), every code, both pixel sizes.
+TEST(MatrixPackers, BlockPathMatchesPortable) {
+  const std::vector<uint8_t> raw = RandomBytes(2 * 2 * 1400, 10);
+  const uint16_t* y = reinterpret_cast<const uint16_t*>(raw.data());
+  ZeltPlanes planes = {{const_cast<uint16_t*>(y), const_cast<uint16_t*>(y + 1400), const_cast<uint16_t*>(y + 2100)}};
+  for (int32_t code : {1, 2, 5, 6}) {
+    for (int32_t shift : {0, 2, 8, 20}) {
+      for (uint32_t w : InterestingWidths()) {
+        if (w > 1300) continue;
+        const size_t written = w + (w & 1);
+        std::vector<std::vector<uint8_t>> outs;
+        for (const Level& level : HostLevels()) {
+          ScopedFeatures features(level.mask);
+          Guarded<uint8_t> rgb24(3 * w), rgb32(4 * w);
+          zeltUnpacked16sRowToRGB24(&planes, nullptr, rgb24.data(), int32_t(w), shift, 7, code);
+          zeltUnpacked16sRowToRGB32(&planes, nullptr, rgb32.data(), int32_t(w), shift, 8, code, 0x33);
+          EXPECT_TRUE(rgb24.Intact(3 * (written - w)) && rgb32.Intact(4 * (written - w)));
+          std::vector<uint8_t> both = rgb24.Values(3 * written), v32 = rgb32.Values(4 * written);
+          both.insert(both.end(), v32.begin(), v32.end());
+          outs.push_back(both);
+        }
+        for (size_t i = 1; i < outs.size(); ++i)
+          ASSERT_EQ(outs[i], outs[0]) << "code " << code << " shift " << shift << " width " << w << " "
+                                      << FirstDifference(outs[i], outs[0]);
+      }
+    }
+  }
+}
+
 // ---------------------------------------------------------------- RGB48 / RGB30 ----
 
 TEST(Rgb48, ShiftClampAndOrder) {

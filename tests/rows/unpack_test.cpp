@@ -167,6 +167,9 @@ TEST(V210, YR16FrameHonoursBothPitches) {
   const int32_t w = 18, h = 3, srcPitch = 64, dstPitch = 2 * 2 * w + 10;  // padding on both sides
   std::vector<V210Fields> groups = RandomGroups(size_t(h) * 4, 3);
   const std::vector<uint8_t> src = EncodeV210(groups);  // 4 groups per 64-byte row
+  for (const Level& level : HostLevels()) {
+  ScopedFeatures features(level.mask);
+  SCOPED_TRACE(level.name);
   std::vector<uint16_t> dst(size_t(h) * dstPitch / 2, 0xBEEF);
   zeltV210ToYR16(src.data(), w, h, srcPitch, dst.data(), dstPitch);
   for (int32_t r = 0; r < h; ++r) {
@@ -177,6 +180,7 @@ TEST(V210, YR16FrameHonoursBothPitches) {
       ASSERT_EQ(row[w + w / 2 + i], groups[r * 4 + i / 3].cr[i % 3] << 6);
     }
     for (int32_t i = 2 * w; i < dstPitch / 2; ++i) ASSERT_EQ(row[i], 0xBEEF);  // padding untouched
+  }
   }
 }
 

@@ -55,7 +55,14 @@ void MatrixRow(const ZeltPlanes* planes, uint8_t* dst, int32_t width, int32_t sh
   const uint16_t* cr = static_cast<const uint16_t*>(planes->plane[1]);
   const uint16_t* cb = static_cast<const uint16_t*>(planes->plane[2]);
   const uint32_t s = uint32_t(shift) & 31;
-  for (int32_t x = 0, i = 0; x < width; x += 2, ++i) {
+  int32_t x = 0;
+#if defined(__x86_64__) || defined(_M_X64)
+  if (width > 0 && HasSse41()) {
+    const int32_t kk[6] = {k.crR, k.crG, k.cbG, k.cbB, k.gain, k.offset};
+    x = int32_t(MatrixBlocksSse41(y, cr, cb, dst, size_t(width), s, kk, bpp, alpha));
+  }
+#endif
+  for (int32_t i = x / 2; x < width; x += 2, ++i) {
     const int32_t c = int32_t(uint32_t(cr[i]) >> s), d = int32_t(uint32_t(cb[i]) >> s);
     uint8_t* p = dst + size_t(x) * bpp;
     MatrixPixel(k, int32_t(uint32_t(y[x]) >> s), c, d, p);

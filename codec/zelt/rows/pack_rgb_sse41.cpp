@@ -67,7 +67,50 @@ inline __m128i Channel(const uint16_t* p, bool signedRead, __m128i count, const 
   return _mm_packus_epi16(_mm_packs_epi32(v[0], v[1]), _mm_packs_epi32(v[2], v[3]));
 }
 
+inline __m128i Clamp255(__m128i v) {
+  return _mm_min_epi32(_mm_max_epi32(v, _mm_setzero_si128()), _mm_set1_epi32(255));
+}
+
 }  // namespace
+
+size_t MatrixBlocksSse41(const uint16_t* y, const uint16_t* cr, const uint16_t* cb, uint8_t* dst, size_t pixels,
+                         uint32_t shift, const int32_t k[6], int bpp, uint8_t alpha) {
+  const __m128i count = _mm_cvtsi32_si128(int(shift));
+  const __m128i crR = _mm_set1_epi32(k[0]), crG = _mm_set1_epi32(k[1]), cbG = _mm_set1_epi32(k[2]);
+  const __m128i cbB = _mm_set1_epi32(k[3]), gain = _mm_set1_epi32(k[4]), offset = _mm_set1_epi32(k[5]);
+  const __m128i c128 = _mm_set1_epi32(128);
+  const __m128i alphaBits = _mm_set1_epi32(int32_t(uint32_t(alpha) << 24));
+  const __m128i to24 = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+  size_t x = 0;
+  for (; x + 8 <= pixels; x += 8) {
+    const __m128i yv = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + x));
+    const __m128i c = _mm_sub_epi32(
+        _mm_srl_epi32(_mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cr + x / 2))), count), c128);
+    const __m128i d = _mm_sub_epi32(
+        _mm_srl_epi32(_mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cb + x / 2))), count), c128);
+    __m128i words[2];
+    for (int half = 0; half < 2; ++half) {
+      const __m128i y32 = _mm_srl_epi32(_mm_cvtepu16_epi32(half ? _mm_srli_si128(yv, 8) : yv), count);
+      const __m128i ch = half ? _mm_unpackhi_epi32(c, c) : _mm_unpacklo_epi32(c, c);
+      const __m128i dh = half ? _mm_unpackhi_epi32(d, d) : _mm_unpacklo_epi32(d, d);
+      const __m128i yy = _mm_srai_epi32(_mm_mullo_epi32(_mm_sub_epi32(y32, offset), gain), 7);
+      const __m128i b = Clamp255(_mm_srai_epi32(_mm_add_epi32(yy, _mm_mullo_epi32(dh, cbB)), 7));
+      const __m128i g = Clamp255(_mm_srai_epi32(
+          _mm_sub_epi32(_mm_sub_epi32(_mm_add_epi32(yy, yy), _mm_mullo_epi32(dh, cbG)), _mm_mullo_epi32(ch, crG)), 8));
+      const __m128i r = Clamp255(_mm_srai_epi32(_mm_add_epi32(yy, _mm_mullo_epi32(ch, crR)), 7));
+      words[half] = _mm_or_si128(_mm_or_si128(b, _mm_slli_epi32(g, 8)), _mm_slli_epi32(r, 16));
+    }
+    if (bpp == 4) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 4 * x), _mm_or_si128(words[0], alphaBits));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 4 * x + 16), _mm_or_si128(words[1], alphaBits));
+    } else {
+      const __m128i lo = _mm_shuffle_epi8(words[0], to24), hi = _mm_shuffle_epi8(words[1], to24);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 3 * x), _mm_or_si128(lo, _mm_slli_si128(hi, 12)));
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 3 * x + 16), _mm_srli_si128(hi, 4));
+    }
+  }
+  return x;
+}
 
 size_t Rgb30BlocksSse41(const int16_t* g, const int16_t* r, const int16_t* b, uint32_t* dst, size_t pixels,
                         uint32_t shift, int format) {

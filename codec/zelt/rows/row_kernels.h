@@ -26,6 +26,12 @@ size_t RangeBlocksOtherAvx2(uint16_t* s, size_t samples, uint16_t offset);
 void UnpackYuy2BlockSse41(const uint8_t* src, int16_t* y, int16_t* cr, int16_t* cb);
 // Whole v210 groups to planar 16s rows (Cr0, Cr0, Cr1); returns groups done.
 size_t V210PlanarGroupsSse41(const uint8_t* src, size_t groups, int16_t* y, int16_t* cr, int16_t* cb);
+// Whole v210 groups to left-aligned Y, Cb, Cr (true chroma); returns groups done.
+size_t V210Yuv16GroupsSse41(const uint8_t* src, size_t groups, uint16_t* y, uint16_t* cb, uint16_t* cr);
+// The truncating matrix packer over whole blocks of 8 pixels (4 chroma samples);
+// `k` is {crR, crG, cbG, cbB, gain, offset}, `bpp` 3 or 4. Returns pixels done.
+size_t MatrixBlocksSse41(const uint16_t* y, const uint16_t* cr, const uint16_t* cb, uint8_t* dst, size_t pixels,
+                         uint32_t shift, const int32_t k[6], int bpp, uint8_t alpha);
 // RGB30 over whole blocks of 8 pixels; returns pixels done. `shift` is the left shift
 // (already reduced modulo 32), `format` one of the five known codes.
 size_t Rgb30BlocksSse41(const int16_t* g, const int16_t* r, const int16_t* b, uint32_t* dst, size_t pixels,

@@ -273,7 +273,12 @@ extern "C" ZELT_API uint32_t zeltV210RowToYUV16(const uint8_t* src, uint16_t* y,
                                                 int32_t width) {
   SimdGuard();
   if (width < 1) return 0;
-  V210ToYCbCr16(src, size_t(width) / 6, y, cb, cr);
+  const size_t groups = size_t(width) / 6;
+  size_t done = 0;
+#if defined(__x86_64__) || defined(_M_X64)
+  if (HasSse41()) done = V210Yuv16GroupsSse41(src, groups, y, cb, cr);
+#endif
+  V210ToYCbCr16(src + 16 * done, groups - done, y + 6 * done, cb + 3 * done, cr + 3 * done);
   return uint32_t(width) / 6 * 6;
 }
 
@@ -282,10 +287,17 @@ extern "C" ZELT_API void zeltV210ToYR16(const uint8_t* src, int32_t width, int32
   SimdGuard();
   if (width < 1 || height < 1) return;
   const size_t groups = size_t(width) / 6;
+  const bool sse41 = HasSse41();
   for (int32_t r = 0; r < height; ++r) {
     const uint8_t* s = src + ptrdiff_t(r) * srcPitch;
     uint16_t* d = reinterpret_cast<uint16_t*>(reinterpret_cast<uint8_t*>(dst) + ptrdiff_t(r) * dstPitch);
-    V210ToYCbCr16(s, groups, d, d + width, d + width + width / 2);
+    uint16_t* cb = d + width;
+    uint16_t* cr = d + width + width / 2;
+    size_t done = 0;
+#if defined(__x86_64__) || defined(_M_X64)
+    if (sse41) done = V210Yuv16GroupsSse41(s, groups, d, cb, cr);
+#endif
+    V210ToYCbCr16(s + 16 * done, groups - done, d + 6 * done, cb + 3 * done, cr + 3 * done);
   }
 }
 

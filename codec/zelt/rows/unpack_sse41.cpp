@@ -49,6 +49,31 @@ size_t V210PlanarGroupsSse41(const uint8_t* src, size_t groups, int16_t* y, int1
   return g;
 }
 
+size_t V210Yuv16GroupsSse41(const uint8_t* src, size_t groups, uint16_t* y, uint16_t* cb, uint16_t* cr) {
+  // As above, with the true chroma (Cr0 Cr1 Cr2) and every value << 6.
+  if (groups < 2) return 0;
+  const __m128i mask = _mm_set1_epi32(0x3FF);
+  const __m128i yFromA = _mm_setr_epi8(8, 9, 2, 3, -1, -1, 12, 13, 6, 7, -1, -1, -1, -1, -1, -1);
+  const __m128i yFromB = _mm_setr_epi8(-1, -1, -1, -1, 2, 3, -1, -1, -1, -1, 6, 7, -1, -1, -1, -1);
+  // [Cb0 Cb1 Cb2 _ Cr0 Cr1 Cr2 _]: Cb0 = A0, Cb1 = A5, Cb2 = B2; Cr0 = B0, Cr1 = A2, Cr2 = A7.
+  const __m128i cFromA = _mm_setr_epi8(0, 1, 10, 11, -1, -1, -1, -1, -1, -1, 4, 5, 14, 15, -1, -1);
+  const __m128i cFromB = _mm_setr_epi8(-1, -1, -1, -1, 4, 5, -1, -1, 0, 1, -1, -1, -1, -1, -1, -1);
+  size_t g = 0;
+  for (; g + 1 < groups; ++g) {
+    const __m128i w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + 16 * g));
+    const __m128i a = _mm_packus_epi32(_mm_and_si128(w, mask), _mm_and_si128(_mm_srli_epi32(w, 10), mask));
+    const __m128i b = _mm_and_si128(_mm_srli_epi32(w, 20), mask);
+    const __m128i b16 = _mm_packus_epi32(b, b);
+    const __m128i yy = _mm_or_si128(_mm_shuffle_epi8(a, yFromA), _mm_shuffle_epi8(b16, yFromB));
+    const __m128i cc = _mm_or_si128(_mm_shuffle_epi8(a, cFromA), _mm_shuffle_epi8(b16, cFromB));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(y + 6 * g), _mm_slli_epi16(yy, 6));
+    const __m128i c6 = _mm_slli_epi16(cc, 6);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(cb + 3 * g), c6);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(cr + 3 * g), _mm_srli_si128(c6, 8));
+  }
+  return g;
+}
+
 }  // namespace zelt::rows
 
 #endif
