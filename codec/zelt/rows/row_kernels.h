@@ -17,6 +17,9 @@ enum class UnpackMode { kShift, kFull, kMatrix, kFullMatrix };
 // bytes done (a multiple of 16).
 size_t UnpackRowYUV16sAvx2(const uint8_t* src, int16_t* dst, size_t bytes, int component, UnpackMode mode,
                            int shift);
+// Whole v210 groups, two per step (the last one or two left over); return groups done.
+size_t V210PlanarGroupsAvx2(const uint8_t* src, size_t groups, int16_t* y, int16_t* cr, int16_t* cb);
+size_t V210Yuv16GroupsAvx2(const uint8_t* src, size_t groups, uint16_t* y, uint16_t* cb, uint16_t* cr);
 // The eight-sample block rule over whole runs of 16 samples; returns samples done.
 size_t RangeBlocks16Avx2(uint16_t* s, size_t samples, uint16_t offset);
 size_t RangeBlocksOtherAvx2(uint16_t* s, size_t samples, uint16_t offset);

@@ -196,7 +196,7 @@ extern "C" ZELT_API uint32_t zeltUnpackYUVRow16s(const uint8_t* src, int32_t wid
   int16_t* y = static_cast<int16_t*>(planes->plane[0]);
   int16_t* cr = static_cast<int16_t*>(planes->plane[1]);
   int16_t* cb = static_cast<int16_t*>(planes->plane[2]);
-  const bool sse41 = HasSse41();
+  [[maybe_unused]] const bool sse41 = HasSse41();
   auto block = [&](int32_t x) {
     const uint8_t* s = src + 2 * size_t(x);
 #if defined(__x86_64__) || defined(_M_X64)
@@ -238,7 +238,11 @@ extern "C" ZELT_API uint32_t zeltV210RowToPlanar16s(const uint8_t* src, int32_t 
   const size_t groups = size_t(width) / 6;
   size_t done = 0;
 #if defined(__x86_64__) || defined(_M_X64)
-  if (HasSse41()) done = V210PlanarGroupsSse41(src, groups, y, cr, cb);
+  if (UseAvx2()) {
+    done = V210PlanarGroupsAvx2(src, groups, y, cr, cb);
+  } else if (HasSse41()) {
+    done = V210PlanarGroupsSse41(src, groups, y, cr, cb);
+  }
 #endif
   V210PlanarGroups(src, done, groups, y, cr, cb);
   const int32_t rest = width - int32_t(groups) * 6;
@@ -276,7 +280,11 @@ extern "C" ZELT_API uint32_t zeltV210RowToYUV16(const uint8_t* src, uint16_t* y,
   const size_t groups = size_t(width) / 6;
   size_t done = 0;
 #if defined(__x86_64__) || defined(_M_X64)
-  if (HasSse41()) done = V210Yuv16GroupsSse41(src, groups, y, cb, cr);
+  if (UseAvx2()) {
+    done = V210Yuv16GroupsAvx2(src, groups, y, cb, cr);
+  } else if (HasSse41()) {
+    done = V210Yuv16GroupsSse41(src, groups, y, cb, cr);
+  }
 #endif
   V210ToYCbCr16(src + 16 * done, groups - done, y + 6 * done, cb + 3 * done, cr + 3 * done);
   return uint32_t(width) / 6 * 6;
@@ -287,7 +295,8 @@ extern "C" ZELT_API void zeltV210ToYR16(const uint8_t* src, int32_t width, int32
   SimdGuard();
   if (width < 1 || height < 1) return;
   const size_t groups = size_t(width) / 6;
-  const bool sse41 = HasSse41();
+  [[maybe_unused]] const bool avx2 = UseAvx2();
+  [[maybe_unused]] const bool sse41 = HasSse41();
   for (int32_t r = 0; r < height; ++r) {
     const uint8_t* s = src + ptrdiff_t(r) * srcPitch;
     uint16_t* d = reinterpret_cast<uint16_t*>(reinterpret_cast<uint8_t*>(dst) + ptrdiff_t(r) * dstPitch);
@@ -295,7 +304,11 @@ extern "C" ZELT_API void zeltV210ToYR16(const uint8_t* src, int32_t width, int32
     uint16_t* cr = d + width + width / 2;
     size_t done = 0;
 #if defined(__x86_64__) || defined(_M_X64)
-    if (sse41) done = V210Yuv16GroupsSse41(s, groups, d, cb, cr);
+    if (avx2) {
+      done = V210Yuv16GroupsAvx2(s, groups, d, cb, cr);
+    } else if (sse41) {
+      done = V210Yuv16GroupsSse41(s, groups, d, cb, cr);
+    }
 #endif
     V210ToYCbCr16(s + 16 * done, groups - done, d + 6 * done, cb + 3 * done, cr + 3 * done);
   }

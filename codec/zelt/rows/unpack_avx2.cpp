@@ -1,4 +1,5 @@
-// AVX2 block loop of the 8-bit component unpacker: eight Cb-Y0-Cr-Y1 groups (32
+// AVX2 block loops: the v210 unpackers two groups per step, and the 8-bit component
+// unpacker: eight Cb-Y0-Cr-Y1 groups (32
 // bytes) per step in 32-bit lanes, the same integer arithmetic as the scalar rules,
 // so every case (plain shift, full range, re-matrix) gives the scalar samples. This
 // file alone is built with -mavx2; callers reach it only through UseAvx2().
@@ -78,6 +79,62 @@ size_t UnpackRowYUV16sAvx2(const uint8_t* src, int16_t* dst, size_t bytes, int c
     }
   }
   return i;
+}
+
+namespace {
+
+// Two v210 groups per step, one in each 128-bit lane, with the same field shuffles
+// as the SSE4.1 loop. Each group stores 8 luma and 4 + 4 chroma samples, the extra
+// ones rewritten by the next group, so the loop stops short of the last group.
+template <bool kLeftAligned, typename T>
+size_t V210GroupPairs(const uint8_t* src, size_t groups, T* y, T* c1, T* c2, __m128i yA, __m128i yB, __m128i cA,
+                      __m128i cB) {
+  const __m256i mask = _mm256_set1_epi32(0x3FF);
+  const __m256i yFromA = _mm256_broadcastsi128_si256(yA), yFromB = _mm256_broadcastsi128_si256(yB);
+  const __m256i cFromA = _mm256_broadcastsi128_si256(cA), cFromB = _mm256_broadcastsi128_si256(cB);
+  size_t g = 0;
+  for (; g + 2 < groups; g += 2) {
+    const __m256i w = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 16 * g));
+    const __m256i a =
+        _mm256_packus_epi32(_mm256_and_si256(w, mask), _mm256_and_si256(_mm256_srli_epi32(w, 10), mask));
+    const __m256i f2 = _mm256_and_si256(_mm256_srli_epi32(w, 20), mask);
+    const __m256i b = _mm256_packus_epi32(f2, f2);
+    __m256i yy = _mm256_or_si256(_mm256_shuffle_epi8(a, yFromA), _mm256_shuffle_epi8(b, yFromB));
+    __m256i cc = _mm256_or_si256(_mm256_shuffle_epi8(a, cFromA), _mm256_shuffle_epi8(b, cFromB));
+    if constexpr (kLeftAligned) {
+      yy = _mm256_slli_epi16(yy, 6);
+      cc = _mm256_slli_epi16(cc, 6);
+    }
+    const __m128i y0 = _mm256_castsi256_si128(yy), y1 = _mm256_extracti128_si256(yy, 1);
+    const __m128i k0 = _mm256_castsi256_si128(cc), k1 = _mm256_extracti128_si256(cc, 1);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(y + 6 * g), y0);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(y + 6 * g + 6), y1);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c1 + 3 * g), k0);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c2 + 3 * g), _mm_srli_si128(k0, 8));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c1 + 3 * g + 3), k1);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c2 + 3 * g + 3), _mm_srli_si128(k1, 8));
+  }
+  return g;
+}
+
+}  // namespace
+
+size_t V210PlanarGroupsAvx2(const uint8_t* src, size_t groups, int16_t* y, int16_t* cr, int16_t* cb) {
+  // A = [Cb0 Y1 Cr1 Y4 Y0 Cb1 Y3 Cr2], B = [Cr0 Y2 Cb2 Y5 ...]; chroma out [Cr0 Cr0 Cr1 _ Cb0 Cb1 Cb2 _].
+  return V210GroupPairs<false>(src, groups, y, cr, cb,
+                               _mm_setr_epi8(8, 9, 2, 3, -1, -1, 12, 13, 6, 7, -1, -1, -1, -1, -1, -1),
+                               _mm_setr_epi8(-1, -1, -1, -1, 2, 3, -1, -1, -1, -1, 6, 7, -1, -1, -1, -1),
+                               _mm_setr_epi8(-1, -1, -1, -1, 4, 5, -1, -1, 0, 1, 10, 11, -1, -1, -1, -1),
+                               _mm_setr_epi8(0, 1, 0, 1, -1, -1, -1, -1, -1, -1, -1, -1, 4, 5, -1, -1));
+}
+
+size_t V210Yuv16GroupsAvx2(const uint8_t* src, size_t groups, uint16_t* y, uint16_t* cb, uint16_t* cr) {
+  // Chroma out [Cb0 Cb1 Cb2 _ Cr0 Cr1 Cr2 _], the true chroma.
+  return V210GroupPairs<true>(src, groups, y, cb, cr,
+                              _mm_setr_epi8(8, 9, 2, 3, -1, -1, 12, 13, 6, 7, -1, -1, -1, -1, -1, -1),
+                              _mm_setr_epi8(-1, -1, -1, -1, 2, 3, -1, -1, -1, -1, 6, 7, -1, -1, -1, -1),
+                              _mm_setr_epi8(0, 1, 10, 11, -1, -1, -1, -1, -1, -1, 4, 5, 14, 15, -1, -1),
+                              _mm_setr_epi8(-1, -1, -1, -1, 4, 5, -1, -1, 0, 1, -1, -1, -1, -1, -1, -1));
 }
 
 }  // namespace zelt::rows
