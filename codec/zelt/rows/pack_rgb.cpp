@@ -57,9 +57,22 @@ void MatrixRow(const ZeltPlanes* planes, uint8_t* dst, int32_t width, int32_t sh
   const uint32_t s = uint32_t(shift) & 31;
   int32_t x = 0;
 #if defined(__x86_64__) || defined(_M_X64)
-  if (width > 0 && HasSse41()) {
+  if (width > 0) {
     const int32_t kk[6] = {k.crR, k.crG, k.cbG, k.cbB, k.gain, k.offset};
-    x = int32_t(MatrixBlocksSse41(y, cr, cb, dst, size_t(width), s, kk, bpp, alpha));
+    if (UseAvx2()) {
+      x = int32_t(MatrixBlocksAvx2(y, cr, cb, dst, size_t(width), s, kk, bpp, alpha));
+      dst += size_t(x) * bpp;
+      y += x, cr += x / 2, cb += x / 2;
+    }
+    if (HasSse41()) {
+      const int32_t more = int32_t(MatrixBlocksSse41(y, cr, cb, dst, size_t(width - x), s, kk, bpp, alpha));
+      x += more;
+      dst += size_t(more) * bpp;
+      y += more, cr += more / 2, cb += more / 2;
+    }
+    // The pointers now stand at pixel x; the loop below counts from there.
+    width -= x;
+    x = 0;
   }
 #endif
   for (int32_t i = x / 2; x < width; x += 2, ++i) {

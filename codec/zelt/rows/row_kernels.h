@@ -20,6 +20,9 @@ size_t UnpackRowYUV16sAvx2(const uint8_t* src, int16_t* dst, size_t bytes, int c
 // Whole v210 groups, two per step (the last one or two left over); return groups done.
 size_t V210PlanarGroupsAvx2(const uint8_t* src, size_t groups, int16_t* y, int16_t* cr, int16_t* cb);
 size_t V210Yuv16GroupsAvx2(const uint8_t* src, size_t groups, uint16_t* y, uint16_t* cb, uint16_t* cr);
+// The truncating matrix packer over whole blocks of 16 pixels; as MatrixBlocksSse41.
+size_t MatrixBlocksAvx2(const uint16_t* y, const uint16_t* cr, const uint16_t* cb, uint8_t* dst, size_t pixels,
+                        uint32_t shift, const int32_t k[6], int bpp, uint8_t alpha);
 // The eight-sample block rule over whole runs of 16 samples; returns samples done.
 size_t RangeBlocks16Avx2(uint16_t* s, size_t samples, uint16_t offset);
 size_t RangeBlocksOtherAvx2(uint16_t* s, size_t samples, uint16_t offset);
