@@ -184,6 +184,37 @@ TEST(V210, YR16FrameHonoursBothPitches) {
   }
 }
 
+// Sources sized exactly to what each unpacker may read (whole v210 groups; 2 x count or
+// 4 x count bytes; rows of 32 pixels or more), so the sanitizer build sees any over-read.
+TEST(RowReads, StayInsideTheDocumentedSource) {
+  for (const Level& level : HostLevels()) {
+    ScopedFeatures features(level.mask);
+    for (int32_t w : {6, 7, 12, 13, 18, 19, 32, 33, 64, 65, 95, 96, 191, 192}) {
+      SCOPED_TRACE(level.name + " width " + std::to_string(w));
+      const std::vector<uint8_t> groups = RandomBytes(16 * size_t((w + 5) / 6), uint32_t(w));
+      const std::vector<uint8_t> whole(groups.begin(), groups.begin() + 16 * (w / 6));
+      std::vector<int16_t> y(w + 1), cr(w), cb(w), packed(12 * size_t((w + 5) / 6));
+      zeltV210RowToPlanar16s(groups.data(), w, y.data(), cr.data(), cb.data());
+      zeltV210RowToYUV(groups.data(), packed.data(), w);
+      std::vector<uint16_t> y16(w), cb16(w), cr16(w);
+      zeltV210RowToYUV16(whole.data(), y16.data(), cb16.data(), cr16.data(), w);
+      std::vector<uint16_t> yr(2 * size_t(w));
+      zeltV210ToYR16(whole.data(), w, 1, 0, yr.data(), 0);
+
+      for (int32_t comp : {0, 1}) {
+        const std::vector<uint8_t> row = RandomBytes(size_t(comp == 0 ? 2 * (w + (w & 1)) : 4 * w), 2);
+        std::vector<int16_t> out(w + 1);
+        zeltUnpackRowYUV16s(row.data(), out.data(), w, comp, 2, 2, 1, 1);
+      }
+      if (w >= 32) {
+        const std::vector<uint8_t> yuy2 = RandomBytes(2 * size_t(w + (w & 1)), 3);
+        ZeltPlanes planes = {{y.data(), cr.data(), cb.data()}};
+        zeltUnpackYUVRow16s(yuy2.data(), w, &planes);
+      }
+    }
+  }
+}
+
 // ------------------------------------------------ 8-bit component unpacker ----
 
 struct ComponentCase {
