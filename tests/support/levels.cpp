@@ -1,16 +1,24 @@
 #include "support/levels.h"
 
+#include "zelt/frame/qrutil.h"
 #include "zelt/zelt_api.h"
 
 namespace zelt::test {
 
+std::vector<Level> HostLevels() {
+  std::vector<Level> out = {{"portable", kMaskSse2}};
+  const uint32_t real = RealFeatureMask();
+  if (real & zelt::kFeatSse41) out.push_back({"sse41", kMaskSse41});
+  if (real & zelt::kFeatAvx2) out.push_back({"avx2", kMaskAvx2});
+  return out;
+}
+
 std::vector<PathResult> RunEveryLevel(const std::function<std::vector<uint8_t>()>& convert) {
   std::vector<PathResult> out;
-  {
-    ScopedFeatures f(kMaskSse2);
-    out.push_back({"sse2", convert()});
+  for (const Level& l : HostLevels()) {
+    ScopedFeatures f(l.mask);
+    out.push_back({l.name, convert()});
   }
-  for (PathResult& r : RunEveryPath(convert)) out.push_back(std::move(r));
   return out;
 }
 

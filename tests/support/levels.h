@@ -11,9 +11,16 @@
 
 namespace zelt::test {
 
-// Levels whose converters may take different paths: SSE2 only (no 128-bit
-// SSE4.1 blocks), SSE4.1 (level 4) and, on hosts that have it, AVX2 (level 5).
-// Like RunEveryPath, with the extra SSE2-only run.
+struct Level {
+  std::string name;  // "portable", "sse41", "avx2"
+  uint32_t mask;     // feature mask to force with ScopedFeatures
+};
+
+// Levels whose converters may take different paths: SSE2 only (no 128-bit SSE4.1
+// blocks) always; SSE4.1 (level 4) and AVX2 (level 5) when the host has them.
+std::vector<Level> HostLevels();
+
+// Like RunEveryPath, once per level of HostLevels().
 std::vector<PathResult> RunEveryLevel(const std::function<std::vector<uint8_t>()>& convert);
 
 // While alive, the library's error messages (and their flags) are collected here
