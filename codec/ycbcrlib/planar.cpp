@@ -182,12 +182,15 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
   const size_t chromaPitch = ds / 2;
   const size_t pairs = width / 2;
 
+  // The 256-bit rows store luma, Cb and Cr in blocks rather than sample by sample,
+  // so they are taken only where no two destination rows can share a byte.
   bool wide = false;
-  if (UseAvx2() && UyvyOrder(srcY, srcA, srcB)) {
+  if (UseAvx2() && UyvyOrder(srcY, srcA, srcB) && height != 0 && 2 * pairs <= ds) {
     const size_t lumaPlane = size_t{ds} * height;
     if (mode == k420) {
-      wide = (dstA == dstY + lumaPlane && dstB == dstA + lumaPlane / 4) ||
-             (dstB == dstY + lumaPlane && dstA == dstB + lumaPlane / 4);
+      const bool fits = size_t{(height - 1) / 2} * chromaPitch + pairs <= lumaPlane / 4;
+      wide = fits && ((dstA == dstY + lumaPlane && dstB == dstA + lumaPlane / 4) ||
+                      (dstB == dstY + lumaPlane && dstA == dstB + lumaPlane / 4));
     } else if (mode == k422) {
       wide = dstA == dstY + lumaPlane && dstB == dstA + chromaPitch * height;
     }
@@ -449,15 +452,16 @@ ZELT_API uint32_t cycbcr_uyvy_to_p422(ZELT_PLANAR_ARGS) {
   SimdGuard();
   const int32_t level = CurrentSimdLevel();
   if (level >= 4) {
-    // The reorder primitive: 256-bit rows at level 5 on AVX2, portable rows at
-    // levels 4 and 6 and at level 5 without AVX2.
+    // The reorder primitive: 256-bit rows at level 5 on AVX2 (unless the caller's
+    // stride makes destination rows overlap), portable rows at levels 4 and 6 and
+    // at level 5 without AVX2.
     const size_t luma = size_t{dst_stride} * height;
     uint8_t* planes[3] = {dst, dst + luma, dst + luma + luma / 2};
     const int steps[3] = {static_cast<int>(dst_stride), static_cast<int>(dst_stride / 2),
                           static_cast<int>(dst_stride / 2)};
     const ipp::Status st = ipp::CbYCr422ToYCbCr422_C2P3R(src, static_cast<int>(src_stride), planes, steps,
                                                          {static_cast<int>(width), static_cast<int>(height)},
-                                                         UseAvx2());
+                                                         UseAvx2() && (width / 2) * 2 <= dst_stride);
     if (st == ipp::kNoErr) return dst_stride * height;
   }
   return PackedToPlanar(dst, src, width, height, dst_stride, src_stride, k422, false, kUyvy);
