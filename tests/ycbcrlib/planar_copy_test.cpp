@@ -2,6 +2,7 @@
 // 4:2:0 layouts and P422.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "support/buffers.h"
@@ -57,7 +58,7 @@ TEST(PlanarToPlanar, PlaneOrderLineDoublingAndDroppingResults) {
       const size_t sPlane[3] = {0, sLuma, sLuma + (c.src422 ? sLuma / 2 : sLuma / 4)};
       const size_t dPlane[3] = {0, dLuma, dLuma + (c.dst422 ? dLuma / 2 : dLuma / 4)};
       const size_t dSize = dLuma + (c.dst422 ? dLuma : dLuma / 2);
-      const std::vector<uint8_t> src = test::RandomBytes(sLuma * 2, seed++);
+      const std::vector<uint8_t> src = test::RandomBytes(size_t{g.h} * std::max(g.ds, g.ss) * 2, seed++);
       test::GuardedBuffer dst(dSize);
       const uint32_t expectedResult = c.dst422 ? g.h * g.ds * 2 : g.h * g.ds * 3 / 2;
       EXPECT_EQ(c.fn(dst.data(), src.data(), g.w, g.h, g.ds, g.ss), expectedResult);
