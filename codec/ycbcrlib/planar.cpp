@@ -176,8 +176,12 @@ uint32_t ToPlanarResult(uint32_t height, uint32_t ds) {
   return luma + ((luma / 2) & ~1u);
 }
 
+// `fieldInvert`: planar row r is read from packed row r+1 (r even) or r-1 (r odd),
+// the two fields changing places; with an odd height the last row is read from one
+// row past the frame. That variant has no fast path.
 uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA,
-                  uint8_t* dstB, uint32_t width, uint32_t height, uint32_t ds, uint32_t ss, uint32_t flags) {
+                  uint8_t* dstB, uint32_t width, uint32_t height, uint32_t ds, uint32_t ss, uint32_t flags,
+                  bool fieldInvert = false) {
   const uint32_t mode = flags & 15;
   const size_t chromaPitch = ds / 2;
   const size_t pairs = width / 2;
@@ -185,7 +189,7 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
   // The 256-bit rows store luma, Cb and Cr in blocks rather than sample by sample,
   // so they are taken only where no two destination rows can share a byte.
   bool wide = false;
-  if (UseAvx2() && UyvyOrder(srcY, srcA, srcB) && height != 0 && 2 * pairs <= ds) {
+  if (!fieldInvert && UseAvx2() && UyvyOrder(srcY, srcA, srcB) && height != 0 && 2 * pairs <= ds) {
     const size_t lumaPlane = size_t{ds} * height;
     if (mode == k420) {
       const bool fits = size_t{(height - 1) / 2} * chromaPitch + pairs <= lumaPlane / 4;
@@ -197,7 +201,7 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
   }
 
   for (uint32_t r = 0; r < height; ++r) {
-    const size_t s = size_t{r} * ss;
+    const size_t s = size_t{fieldInvert ? (r ^ 1u) : r} * ss;
     uint8_t* y = dstY + size_t{r} * ds;
     const bool chroma = mode != k420 || ToPlanarWritesChroma(r);
     if (!chroma) {
@@ -395,6 +399,11 @@ ZELT_API uint32_t cycbcr_fromplanar_fieldinvert(ZELT_ENGINE_ARGS) {
 ZELT_API uint32_t cycbcr_toplanar(ZELT_ENGINE_ARGS) {
   SimdGuard();
   return ToPlanar(srcY, srcA, srcB, dstY, dstA, dstB, width, height, dst_stride, src_stride, flags);
+}
+
+ZELT_API uint32_t cycbcr_toplanar_fieldinvert(ZELT_ENGINE_ARGS) {
+  SimdGuard();
+  return ToPlanar(srcY, srcA, srcB, dstY, dstA, dstB, width, height, dst_stride, src_stride, flags, true);
 }
 
 ZELT_API uint32_t cycbcr_i420_to_uyvy(ZELT_PLANAR_ARGS) {

@@ -33,6 +33,8 @@ ZELT_API uint32_t cycbcr_fromplanar(const uint8_t* srcY, const uint8_t* srcA, co
 ZELT_API uint32_t cycbcr_fromplanar_fieldinvert(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t flags);
 /* Packed 4:2:2 (pointers as cycbcr_fromplanar) to planes; width/2 groups a row. flags&15: 0 = 4:2:0 (chroma row k from packed row 2k or 2k+1, see above), 1 = 4:2:2. Returns h*dst_stride + (h*dst_stride/2 rounded down to even), for both modes. */
 ZELT_API uint32_t cycbcr_toplanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t flags);
+/* As cycbcr_toplanar (no fast path), reading planar row r from packed row r+1 (r even) or r-1 (r odd); with an odd height one row past the source is read. Undoes cycbcr_fromplanar_fieldinvert in mode 1. */
+ZELT_API uint32_t cycbcr_toplanar_fieldinvert(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t flags);
 
 /* I420 to UYVY, progressive chroma. Returns height*dst_stride. */
 ZELT_API uint32_t cycbcr_i420_to_uyvy(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);

@@ -2,6 +2,7 @@
 // on small frames whose samples say where they came from, on every code path.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "support/buffers.h"
@@ -324,6 +325,43 @@ TEST(FromPlanarEngine, FieldInvertWithOddHeightWritesOneRowPastTheFrame) {
     EXPECT_FALSE(dst.GuardsIntact(0)) << mode;
     EXPECT_TRUE(dst.GuardsIntact(ds)) << mode;
   }
+}
+
+// Planes -> packed with the fields exchanged -> planes with the fields exchanged
+// again gives the planes back (4:2:2, chroma rows as one run).
+TEST(ToPlanarEngine, FieldInvertUndoesFromPlanarFieldInvert) {
+  constexpr uint32_t w = 10, h = 6;
+  const std::vector<uint8_t> planes = test::RandomBytes(w * h * 2, 21);
+  const uint8_t* y = planes.data();
+  for (const GroupOrder o : {test::kOrderUyvy, test::kOrderYuy2, test::kOrderYvyu}) {
+    for (const auto& r : test::RunEveryPath([&] {
+           std::vector<uint8_t> packed(h * 2 * w), back(planes.size());
+           cycbcr_fromplanar_fieldinvert(y, y + w * h, y + w * h * 3 / 2, packed.data() + o.y, packed.data() + o.cb,
+                                         packed.data() + o.cr, w, h, 2 * w, w, 1);
+           EXPECT_EQ(cycbcr_toplanar_fieldinvert(packed.data() + o.y, packed.data() + o.cb, packed.data() + o.cr,
+                                                 back.data(), back.data() + w * h, back.data() + w * h * 3 / 2, w, h,
+                                                 w, 2 * w, 1),
+                     w * h * 3 / 2);
+           return back;
+         })) {
+      EXPECT_EQ(r.bytes, planes) << r.path;
+    }
+  }
+}
+
+// In 4:2:0 it is the plain engine applied to the frame with its row pairs exchanged.
+TEST(ToPlanarEngine, FieldInvertIsToPlanarOfTheRowSwappedFrame) {
+  constexpr uint32_t w = 12, h = 8;
+  const std::vector<uint8_t> packed = test::RandomBytes(h * 2 * w, 22);
+  std::vector<uint8_t> swapped(packed.size());
+  for (uint32_t r = 0; r < h; ++r)
+    std::copy_n(packed.begin() + (r ^ 1) * 2 * w, 2 * w, swapped.begin() + r * 2 * w);
+  std::vector<uint8_t> a(w * h * 3 / 2), b(a.size());
+  cycbcr_toplanar_fieldinvert(packed.data() + 1, packed.data(), packed.data() + 2, a.data(), a.data() + w * h,
+                              a.data() + w * h * 5 / 4, w, h, w, 2 * w, 0);
+  cycbcr_toplanar(swapped.data() + 1, swapped.data(), swapped.data() + 2, b.data(), b.data() + w * h,
+                  b.data() + w * h * 5 / 4, w, h, w, 2 * w, 0);
+  EXPECT_EQ(a, b);
 }
 
 }  // namespace
