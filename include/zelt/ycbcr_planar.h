@@ -17,6 +17,10 @@
      rows 0 and 2 share chroma row 0, rows 1 and 3 chroma row 1, rows 4 and 6 row 2;
    - packed to I420/YV12: chroma row k is packed row 2k when k is even and 2k+1 when
      odd (one line per field, no averaging).
+   The UYVY routes convert width/2 pixel pairs a row (an odd last pixel is left
+   alone); the YUY2 and YVYU routes from planes write a whole last group, reading one
+   luma sample past the row and writing two bytes past it.
+
    The planar-to-planar routes between the 4:2:0 layouts and P422 take the P422
    second plane as Cr and the third as Cb, unlike every packed route: I420 -> P422
    -> UYVY comes out with Cb and Cr exchanged. */
@@ -27,7 +31,7 @@
 
 ZELT_EXTERN_C_BEGIN
 
-/* Planes to packed 4:2:2. The packed side is three pointers (luma, A, B) to the first group, 4 bytes per group, luma pairs 2 bytes apart; A/B match srcA/srcB. flags&15: 0 = 4:2:0 (field-sited), 1 = 4:2:2, 2 = full chroma (every other sample used); flags&16 keeps UYVY-order 4:2:0 output on field siting. An odd width writes a whole last group. Returns height*dst_stride. */
+/* Planes to packed 4:2:2. The packed side is three pointers (luma, A, B) to the first group, 4 bytes per group, luma pairs 2 bytes apart; A/B match srcA/srcB. flags&15: 0 = 4:2:0 (field-sited), 1 = 4:2:2, 2 = full chroma (every other sample used); an odd width writes a whole last group. In UYVY order (A = luma-1, B = luma+1) mode 1 and, unless flags&16, every other mode take the pair-wise reorder (chroma pitch src_stride/2, 4:2:0 progressive, width/2 pairs). Returns height*dst_stride. */
 ZELT_API uint32_t cycbcr_fromplanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t flags);
 /* As cycbcr_fromplanar (no fast path), writing source row r to row r+1 (r even) or r-1 (r odd); with an odd height one row past the frame is written. 4:2:0 chroma is set on odd rows to chroma row (r-1)/2 and steps on at every 4th pixel. */
 ZELT_API uint32_t cycbcr_fromplanar_fieldinvert(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t flags);
@@ -105,7 +109,7 @@ ZELT_API uint32_t cycbcr_p422_to_yv12(uint8_t* dst, const uint8_t* src, uint32_t
 
 /* 4:2:0 three-plane copy (width unused): one run per plane with equal strides, else rows of min(strides) and min(strides)/2 bytes. Returns height*dst_stride*3/2. */
 ZELT_API uint32_t cycbcr_planar_copy(uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
-/* Three-plane copy between 4:2:0 and 4:2:2 (A to A, B to B): chroma rows doubled or even rows kept; both 4:2:0 is cycbcr_planar_copy, both 4:2:2 three runs. Returns height*dst_stride*2 for a 4:2:2 destination, else *3/2. */
+/* Three-plane copy between 4:2:0 and 4:2:2 (A to A, B to B): chroma rows doubled or even rows kept; both 4:2:0 is cycbcr_planar_copy, both 4:2:2 three runs. With an odd height a 4:2:0 destination gets one chroma row more than height/2. Returns height*dst_stride*2 for a 4:2:2 destination, else *3/2. */
 ZELT_API uint32_t cycbcr_planar_422_420(uint8_t* dstY, uint8_t* dstA, uint8_t* dstB, const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t dst_is_422, uint32_t src_is_422);
 
 ZELT_EXTERN_C_END
