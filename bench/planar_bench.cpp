@@ -62,6 +62,9 @@ BENCHMARK(BM_zelt<cycbcr_i420_to_uyvy, true, false>)->Name("BM_zelt_i420_to_uyvy
 BENCHMARK(BM_zelt<cycbcr_uyvy_to_i420, false, false>)->Name("BM_zelt_uyvy_to_i420")->ZELT_SIZES;
 BENCHMARK(BM_zelt<cycbcr_p422_to_uyvy, true, true>)->Name("BM_zelt_p422_to_uyvy")->ZELT_SIZES;
 BENCHMARK(BM_zelt<cycbcr_uyvy_to_p422, false, true>)->Name("BM_zelt_uyvy_to_p422")->ZELT_SIZES;
+// Field-sited and YUY2-order routes run the portable engine.
+BENCHMARK(BM_zelt<cycbcr_i420_to_yuy2, true, false>)->Name("BM_zelt_i420_to_yuy2")->ZELT_SIZES;
+BENCHMARK(BM_zelt<cycbcr_yuy2_to_i420, false, false>)->Name("BM_zelt_yuy2_to_i420")->ZELT_SIZES;
 
 #if ZELT_HAVE_LIBYUV
 void BM_libyuv_I420ToUYVY(benchmark::State& state) {

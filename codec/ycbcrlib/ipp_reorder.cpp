@@ -28,10 +28,10 @@ Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
   const Status st = Check(src[0], src[1], src[2], dst, roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto pack = wide ? PackUyvyRowAvx2 : PackUyvyRow;
+  const auto pack = wide ? PackRowAvx2 : PackRow;
   for (int r = 0; r < roi.height; ++r) {
     pack(dst + ptrdiff_t{r} * dstStep, src[0] + ptrdiff_t{r} * srcStep[0], src[1] + ptrdiff_t{r} * srcStep[1],
-         src[2] + ptrdiff_t{r} * srcStep[2], pairs);
+         src[2] + ptrdiff_t{r} * srcStep[2], pairs, false);
   }
   return kNoErr;
 }
@@ -44,11 +44,11 @@ Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
   const Status st = Check(src[0], src[1], src[2], dst, roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto pack = wide ? PackUyvyRowAvx2 : PackUyvyRow;
+  const auto pack = wide ? PackRowAvx2 : PackRow;
   for (int r = 0; r < roi.height; ++r) {
     const int k = r / 2;
     pack(dst + ptrdiff_t{r} * dstStep, src[0] + ptrdiff_t{r} * srcStep[0], src[2] + ptrdiff_t{k} * srcStep[2],
-         src[1] + ptrdiff_t{k} * srcStep[1], pairs);
+         src[1] + ptrdiff_t{k} * srcStep[1], pairs, false);
   }
   return kNoErr;
 }
@@ -60,10 +60,10 @@ Status CbYCr422ToYCbCr422_C2P3R(const uint8_t* src, int srcStep, uint8_t* const 
   const Status st = Check(src, dst[0], dst[1], dst[2], roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto unpack = wide ? UnpackUyvyRowAvx2 : UnpackUyvyRow;
+  const auto unpack = wide ? UnpackRowAvx2 : UnpackRow;
   for (int r = 0; r < roi.height; ++r) {
     unpack(dst[0] + ptrdiff_t{r} * dstStep[0], dst[1] + ptrdiff_t{r} * dstStep[1], dst[2] + ptrdiff_t{r} * dstStep[2],
-           src + ptrdiff_t{r} * srcStep, pairs);
+           src + ptrdiff_t{r} * srcStep, pairs, false);
   }
   return kNoErr;
 }

@@ -12,28 +12,31 @@
 
 namespace zelt::ycbcr {
 
-void PackUyvyRow(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t* cr, size_t pairs) {
+void PackRow(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8_t* c1, size_t pairs, bool lumaFirst) {
+  const int ly = lumaFirst ? 0 : 1, lc = lumaFirst ? 1 : 0;
   for (size_t i = 0; i < pairs; ++i) {
-    dst[4 * i] = cb[i];
-    dst[4 * i + 1] = y[2 * i];
-    dst[4 * i + 2] = cr[i];
-    dst[4 * i + 3] = y[2 * i + 1];
+    dst[4 * i + lc] = c0[i];
+    dst[4 * i + ly] = y[2 * i];
+    dst[4 * i + lc + 2] = c1[i];
+    dst[4 * i + ly + 2] = y[2 * i + 1];
   }
 }
 
-void UnpackUyvyRow(uint8_t* y, uint8_t* cb, uint8_t* cr, const uint8_t* src, size_t pairs) {
+void UnpackRow(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t pairs, bool lumaFirst) {
+  const int ly = lumaFirst ? 0 : 1, lc = lumaFirst ? 1 : 0;
   for (size_t i = 0; i < pairs; ++i) {
-    cb[i] = src[4 * i];
-    y[2 * i] = src[4 * i + 1];
-    cr[i] = src[4 * i + 2];
-    y[2 * i + 1] = src[4 * i + 3];
+    c0[i] = src[4 * i + lc];
+    y[2 * i] = src[4 * i + ly];
+    c1[i] = src[4 * i + lc + 2];
+    y[2 * i + 1] = src[4 * i + ly + 2];
   }
 }
 
-void UnpackUyvyLumaRow(uint8_t* y, const uint8_t* src, size_t pairs) {
+void UnpackLumaRow(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst) {
+  const int ly = lumaFirst ? 0 : 1;
   for (size_t i = 0; i < pairs; ++i) {
-    y[2 * i] = src[4 * i + 1];
-    y[2 * i + 1] = src[4 * i + 3];
+    y[2 * i] = src[4 * i + ly];
+    y[2 * i + 1] = src[4 * i + ly + 2];
   }
 }
 
@@ -45,6 +48,25 @@ constexpr uint32_t kNoIpp420 = 16;
 // The packed pointers are in UYVY order when A sits one byte before the luma
 // pointer and B one byte after it.
 bool UyvyOrder(const uint8_t* y, const uint8_t* a, const uint8_t* b) { return a + 1 == y && b == y + 1; }
+
+// How three packed pointers (luma, A, B) lay out one 4-byte group, when they form
+// one of the four 4:2:2 byte orders: UYVY, VYUY (chroma first), YUY2, YVYU (luma
+// first). `bFirst`: B is the first chroma byte of the group.
+struct GroupShape {
+  bool known = false;
+  bool lumaFirst = false;
+  bool bFirst = false;
+  ptrdiff_t base = 0;  // group start relative to the luma pointer
+};
+
+GroupShape ShapeOf(const uint8_t* y, const uint8_t* a, const uint8_t* b) {
+  const ptrdiff_t da = a - y, db = b - y;
+  if (da == -1 && db == 1) return {true, false, false, -1};
+  if (da == 1 && db == -1) return {true, false, true, -1};
+  if (da == 1 && db == 3) return {true, true, false, 0};
+  if (da == 3 && db == 1) return {true, true, true, 0};
+  return {};
+}
 
 // Writes the groups for pixels 0, 2, 4 ... < width of one packed row. The group at
 // pixel x takes chroma sample x/2 * chromaStep; an odd width reads one luma sample
@@ -66,6 +88,11 @@ uint32_t FromPlanarGeneric(const uint8_t* srcY, const uint8_t* srcA, const uint8
                            uint8_t* dstB, uint32_t width, uint32_t height, uint32_t ds, uint32_t ss, uint32_t mode) {
   const size_t chromaPitch = ss / 2;
   const size_t step = mode == k444 ? 2 : 1;
+  // At level 5 the whole pairs of a row go through the 256-bit rows (each byte of a
+  // row is written once, in either case); an odd last pixel's group stays here.
+  const GroupShape shape = ShapeOf(dstY, dstA, dstB);
+  const bool wide = step == 1 && shape.known && UseAvx2();
+  const size_t pairs = wide ? width / 2 : 0;
   const uint8_t* a = srcA;
   const uint8_t* b = srcB;
   for (uint32_t r = 0; r < height; ++r) {
@@ -76,8 +103,14 @@ uint32_t FromPlanarGeneric(const uint8_t* srcY, const uint8_t* srcA, const uint8
       a = srcA + row * chromaPitch;
       b = srcB + row * chromaPitch;
     }
+    const uint8_t* y = srcY + size_t{r} * ss;
+    if (wide) {
+      PackRowAvx2(dstY + d + shape.base, y, shape.bFirst ? b : a, shape.bFirst ? a : b, pairs, shape.lumaFirst);
+    }
+    const size_t x = 2 * pairs, o = 2 * x;
     const size_t moved =
-        FromPlanarRow(dstY + d, dstA + d, dstB + d, srcY + size_t{r} * ss, a, b, width, step);
+        pairs + FromPlanarRow(dstY + d + o, dstA + d + o, dstB + d + o, y + x, a + pairs, b + pairs,
+                              static_cast<uint32_t>(width - x), step);
     if (mode != k420) {  // 4:2:2 and 4:4:4 chroma is read as one run, whatever the stride
       a += moved;
       b += moved;
@@ -186,10 +219,12 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
   const size_t chromaPitch = ds / 2;
   const size_t pairs = width / 2;
 
-  // The 256-bit rows store luma, Cb and Cr in blocks rather than sample by sample,
-  // so they are taken only where no two destination rows can share a byte.
+  // 256-bit rows for the planes of one I420, YV12 or P422 frame, from any of the
+  // four packed byte orders. They store luma, Cb and Cr in blocks rather than sample
+  // by sample, so they are taken only where no two destination rows share a byte.
   bool wide = false;
-  if (!fieldInvert && UseAvx2() && UyvyOrder(srcY, srcA, srcB) && height != 0 && 2 * pairs <= ds) {
+  const GroupShape shape = ShapeOf(srcY, srcA, srcB);
+  if (!fieldInvert && shape.known && UseAvx2() && height != 0 && 2 * pairs <= ds) {
     const size_t lumaPlane = size_t{ds} * height;
     if (mode == k420) {
       const bool fits = size_t{(height - 1) / 2} * chromaPitch + pairs <= lumaPlane / 4;
@@ -206,7 +241,7 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
     const bool chroma = mode != k420 || ToPlanarWritesChroma(r);
     if (!chroma) {
       if (wide) {
-        UnpackUyvyLumaRowAvx2(y, srcA + s, pairs);
+        UnpackLumaRowAvx2(y, srcY + shape.base + s, pairs, shape.lumaFirst);
       } else {
         for (size_t i = 0; i < pairs; ++i) {
           y[2 * i] = srcY[s + 4 * i];
@@ -219,7 +254,7 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
     uint8_t* a = dstA + crow;
     uint8_t* b = dstB + crow;
     if (wide) {
-      UnpackUyvyRowAvx2(y, a, b, srcA + s, pairs);
+      UnpackRowAvx2(y, shape.bFirst ? b : a, shape.bFirst ? a : b, srcY + shape.base + s, pairs, shape.lumaFirst);
     } else {
       for (size_t i = 0; i < pairs; ++i) {
         y[2 * i] = srcY[s + 4 * i];

@@ -1,6 +1,8 @@
-// Row kernels of the 8-bit planar <-> packed conversions. The portable versions
-// are the definition; the AVX2 versions (planar_avx2.cpp) do whole blocks of 32 or
-// 64 pixels and hand the rest of the row to the portable kernel.
+// Row kernels of the 8-bit planar <-> packed 4:2:2 conversions. A packed group is
+// either chroma first (C0 Y0 C1 Y1, as UYVY) or luma first (Y0 C0 Y1 C1, as YUY2
+// and YVYU); c0 and c1 are the planes of the first and second chroma byte. The
+// portable kernels are the definition; the AVX2 versions (planar_avx2.cpp) do
+// whole blocks of 32 or 64 pixels and hand the rest of the row to them.
 #pragma once
 
 #include <cstddef>
@@ -8,15 +10,15 @@
 
 namespace zelt::ycbcr {
 
-// `pairs` groups Cb Y0 Cr Y1 from luma y[2i], y[2i+1] and chroma cb[i], cr[i].
-void PackUyvyRow(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t* cr, size_t pairs);
-// The reverse: luma bytes 1 and 3 of each group to y, bytes 0 and 2 to cb and cr.
-void UnpackUyvyRow(uint8_t* y, uint8_t* cb, uint8_t* cr, const uint8_t* src, size_t pairs);
+// `pairs` groups from luma y[2i], y[2i+1] and chroma c0[i], c1[i].
+void PackRow(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8_t* c1, size_t pairs, bool lumaFirst);
+// The reverse.
+void UnpackRow(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t pairs, bool lumaFirst);
 // Luma only.
-void UnpackUyvyLumaRow(uint8_t* y, const uint8_t* src, size_t pairs);
+void UnpackLumaRow(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst);
 
-void PackUyvyRowAvx2(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t* cr, size_t pairs);
-void UnpackUyvyRowAvx2(uint8_t* y, uint8_t* cb, uint8_t* cr, const uint8_t* src, size_t pairs);
-void UnpackUyvyLumaRowAvx2(uint8_t* y, const uint8_t* src, size_t pairs);
+void PackRowAvx2(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8_t* c1, size_t pairs, bool lumaFirst);
+void UnpackRowAvx2(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t pairs, bool lumaFirst);
+void UnpackLumaRowAvx2(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst);
 
 }  // namespace zelt::ycbcr

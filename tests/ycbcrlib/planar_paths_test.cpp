@@ -30,42 +30,58 @@ std::vector<Geometry> Geometries() {
 }
 
 // Plain references, one sample at a time. Planar sources are placed by width,
-// planar destinations by stride.
+// planar destinations by stride. Byte offsets of luma, Cb, Cr in a group:
+struct Order {
+  uint32_t y, cb, cr;
+};
+constexpr Order kUyvy{1, 0, 2}, kYuy2{0, 1, 3}, kYvyu{0, 3, 1};
 enum class Kind { I420, YV12, P422 };
 
-std::vector<uint8_t> RefToUyvy(Kind k, const std::vector<uint8_t>& src, std::vector<uint8_t> dst, const Geometry& g,
-                               uint32_t ds, uint32_t ss) {
-  const size_t luma = size_t{g.w} * g.h;
+// UYVY: width/2 pairs, chroma pitch src_stride/2, 4:2:0 progressive. YUY2/YVYU:
+// whole groups up to the width (one luma sample read past the row when odd),
+// 4:2:0 field-sited at pitch src_stride/2, 4:2:2 chroma as one run.
+std::vector<uint8_t> RefToPacked(Kind k, Order o, const std::vector<uint8_t>& src, std::vector<uint8_t> dst,
+                                 uint32_t w, uint32_t h, uint32_t ds, uint32_t ss) {
+  const bool uyvy = o.y == 1;
+  const size_t luma = size_t{w} * h;
   const size_t second = luma, third = luma + (k == Kind::P422 ? luma / 2 : luma / 4);
   const size_t cb = k == Kind::YV12 ? third : second, cr = k == Kind::YV12 ? second : third;
-  for (uint32_t r = 0; r < g.h; ++r) {
-    const size_t crow = (k == Kind::P422 ? r : r / 2) * size_t{ss / 2};
-    for (uint32_t i = 0; i < g.w / 2; ++i) {
-      uint8_t* o = &dst[size_t{r} * ds + 4 * i];
-      o[0] = src[cb + crow + i];
-      o[1] = src[size_t{r} * ss + 2 * i];
-      o[2] = src[cr + crow + i];
-      o[3] = src[size_t{r} * ss + 2 * i + 1];
+  const uint32_t groups = uyvy ? w / 2 : (w + 1) / 2;
+  for (uint32_t r = 0; r < h; ++r) {
+    size_t crow;
+    if (k == Kind::P422) {
+      crow = uyvy ? size_t{r} * (ss / 2) : size_t{r} * groups;
+    } else {
+      crow = size_t{uyvy ? r / 2 : 2 * (r / 4) + r % 2} * (ss / 2);
+    }
+    for (uint32_t i = 0; i < groups; ++i) {
+      uint8_t* g = &dst[size_t{r} * ds + 4 * i];
+      g[o.cb] = src[cb + crow + i];
+      g[o.y] = src[size_t{r} * ss + 2 * i];
+      g[o.cr] = src[cr + crow + i];
+      g[o.y + 2] = src[size_t{r} * ss + 2 * i + 1];
     }
   }
   return dst;
 }
 
-std::vector<uint8_t> RefFromUyvy(Kind k, const std::vector<uint8_t>& src, std::vector<uint8_t> dst, const Geometry& g,
-                                 uint32_t ds, uint32_t ss) {
-  const size_t luma = size_t{g.h} * ds;
+// Every order: width/2 groups; 4:2:0 chroma row k from packed row 2k (k even) or
+// 2k+1 (k odd), at pitch dst_stride/2.
+std::vector<uint8_t> RefFromPacked(Kind k, Order o, const std::vector<uint8_t>& src, std::vector<uint8_t> dst,
+                                   uint32_t w, uint32_t h, uint32_t ds, uint32_t ss) {
+  const size_t luma = size_t{h} * ds;
   const size_t second = luma, third = luma + (k == Kind::P422 ? luma / 2 : luma / 4);
   const size_t cb = k == Kind::YV12 ? third : second, cr = k == Kind::YV12 ? second : third;
-  for (uint32_t r = 0; r < g.h; ++r) {
+  for (uint32_t r = 0; r < h; ++r) {
     const bool chroma = k == Kind::P422 || r % 4 == 0 || r % 4 == 3;
     const size_t crow = (k == Kind::P422 ? r : r / 2) * size_t{ds / 2};
-    for (uint32_t i = 0; i < g.w / 2; ++i) {
-      const uint8_t* s = &src[size_t{r} * ss + 4 * i];
-      dst[size_t{r} * ds + 2 * i] = s[1];
-      dst[size_t{r} * ds + 2 * i + 1] = s[3];
+    for (uint32_t i = 0; i < w / 2; ++i) {
+      const uint8_t* g = &src[size_t{r} * ss + 4 * i];
+      dst[size_t{r} * ds + 2 * i] = g[o.y];
+      dst[size_t{r} * ds + 2 * i + 1] = g[o.y + 2];
       if (chroma) {
-        dst[cb + crow + i] = s[0];
-        dst[cr + crow + i] = s[2];
+        dst[cb + crow + i] = g[o.cb];
+        dst[cr + crow + i] = g[o.cr];
       }
     }
   }
@@ -76,36 +92,47 @@ struct Case {
   const char* name;
   Fn fn;
   Kind kind;
-  bool toUyvy;
+  Order order;
+  bool toPacked;
 };
 
 const Case kCases[] = {
-    {"i420_to_uyvy", cycbcr_i420_to_uyvy, Kind::I420, true},
-    {"yv12_to_uyvy", cycbcr_yv12_to_uyvy, Kind::YV12, true},
-    {"p422_to_uyvy", cycbcr_p422_to_uyvy, Kind::P422, true},
-    {"uyvy_to_i420", cycbcr_uyvy_to_i420, Kind::I420, false},
-    {"uyvy_to_yv12", cycbcr_uyvy_to_yv12, Kind::YV12, false},
-    {"uyvy_to_p422", cycbcr_uyvy_to_p422, Kind::P422, false},
+    {"i420_to_uyvy", cycbcr_i420_to_uyvy, Kind::I420, kUyvy, true},
+    {"yv12_to_uyvy", cycbcr_yv12_to_uyvy, Kind::YV12, kUyvy, true},
+    {"p422_to_uyvy", cycbcr_p422_to_uyvy, Kind::P422, kUyvy, true},
+    {"i420_to_yuy2", cycbcr_i420_to_yuy2, Kind::I420, kYuy2, true},
+    {"yv12_to_yvyu", cycbcr_yv12_to_yvyu, Kind::YV12, kYvyu, true},
+    {"p422_to_yuy2", cycbcr_p422_to_yuy2, Kind::P422, kYuy2, true},
+    {"p422_to_yvyu", cycbcr_p422_to_yvyu, Kind::P422, kYvyu, true},
+    {"uyvy_to_i420", cycbcr_uyvy_to_i420, Kind::I420, kUyvy, false},
+    {"uyvy_to_yv12", cycbcr_uyvy_to_yv12, Kind::YV12, kUyvy, false},
+    {"uyvy_to_p422", cycbcr_uyvy_to_p422, Kind::P422, kUyvy, false},
+    {"yuy2_to_i420", cycbcr_yuy2_to_i420, Kind::I420, kYuy2, false},
+    {"yvyu_to_yv12", cycbcr_yvyu_to_yv12, Kind::YV12, kYvyu, false},
+    {"yuy2_to_p422", cycbcr_yuy2_to_p422, Kind::P422, kYuy2, false},
+    {"yvyu_to_p422", cycbcr_yvyu_to_p422, Kind::P422, kYvyu, false},
 };
 
-TEST(PlanarPaths, UyvyKernelsMatchPortablePathAndReference) {
+TEST(PlanarPaths, KernelsMatchPortablePathAndReference) {
   uint32_t seed = 1;
   for (const auto& c : kCases) {
     for (const auto& g : Geometries()) {
       SCOPED_TRACE(::testing::Message() << c.name << " w" << g.w << " h" << g.h << " pads " << g.dsPad << "/"
                                         << g.ssPad);
       const uint32_t packedStride = 2 * g.w, planarStride = g.w;
-      const uint32_t ds = (c.toUyvy ? packedStride : planarStride) + g.dsPad;
-      const uint32_t ss = (c.toUyvy ? planarStride : packedStride) + g.ssPad;
+      const uint32_t ds = (c.toPacked ? packedStride : planarStride) + g.dsPad;
+      const uint32_t ss = (c.toPacked ? planarStride : packedStride) + g.ssPad;
       // Planar sources are read up to the chroma planes placed by width; a padded
       // luma stride reads further. Planar destinations of an odd height write one
-      // chroma row past the 4:2:0 frame.
+      // chroma row past the 4:2:0 frame; YUY2 and YVYU rows of an odd width two
+      // bytes past the row.
       const size_t srcSize = size_t{g.h} * ss * 2 + 64;
-      const size_t dstSize = c.toUyvy ? size_t{g.h} * ds : size_t{g.h} * ds * 2 + ds;
+      const size_t dstSize = c.toPacked ? size_t{g.h} * ds + 2 : size_t{g.h} * ds * 2 + ds;
       const std::vector<uint8_t> src = test::RandomBytes(srcSize, seed++);
       const std::vector<uint8_t> fill = test::RandomBytes(dstSize, seed++);
       const std::vector<uint8_t> expected =
-          c.toUyvy ? RefToUyvy(c.kind, src, fill, g, ds, ss) : RefFromUyvy(c.kind, src, fill, g, ds, ss);
+          c.toPacked ? RefToPacked(c.kind, c.order, src, fill, g.w, g.h, ds, ss)
+                     : RefFromPacked(c.kind, c.order, src, fill, g.w, g.h, ds, ss);
       for (const auto& r : test::RunEveryPath([&] {
              test::GuardedBuffer dst(dstSize);
              std::copy(fill.begin(), fill.end(), dst.data());
