@@ -24,14 +24,20 @@ Status Check(const void* a, const void* b, const void* c, const void* d, Roi roi
 // ippiYCbCr422ToCbYCr422_8u_P3C2R: planes Y, Cb, Cr (chroma half width, full
 // height) to packed Cb Y0 Cr Y1; row r of every plane feeds packed row r.
 Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
-                                Roi roi, bool wide) {
+                                Roi roi, bool wide, bool stream) {
   const Status st = Check(src[0], src[1], src[2], dst, roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto pack = wide ? PackRowAvx2 : PackRow;
   for (int r = 0; r < roi.height; ++r) {
-    pack(dst + ptrdiff_t{r} * dstStep, src[0] + ptrdiff_t{r} * srcStep[0], src[1] + ptrdiff_t{r} * srcStep[1],
-         src[2] + ptrdiff_t{r} * srcStep[2], pairs, false);
+    uint8_t* d = dst + ptrdiff_t{r} * dstStep;
+    const uint8_t* y = src[0] + ptrdiff_t{r} * srcStep[0];
+    const uint8_t* cb = src[1] + ptrdiff_t{r} * srcStep[1];
+    const uint8_t* cr = src[2] + ptrdiff_t{r} * srcStep[2];
+    if (wide) {
+      PackRowAvx2(d, y, cb, cr, pairs, false, stream);
+    } else {
+      PackRow(d, y, cb, cr, pairs, false);
+    }
   }
   return kNoErr;
 }
@@ -40,15 +46,21 @@ Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
 // Cb Y0 Cr Y1 with progressive chroma siting: luma rows 2k and 2k+1 both take
 // chroma row k, repeated, not interpolated.
 Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
-                                Roi roi, bool wide) {
+                                Roi roi, bool wide, bool stream) {
   const Status st = Check(src[0], src[1], src[2], dst, roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto pack = wide ? PackRowAvx2 : PackRow;
   for (int r = 0; r < roi.height; ++r) {
     const int k = r / 2;
-    pack(dst + ptrdiff_t{r} * dstStep, src[0] + ptrdiff_t{r} * srcStep[0], src[2] + ptrdiff_t{k} * srcStep[2],
-         src[1] + ptrdiff_t{k} * srcStep[1], pairs, false);
+    uint8_t* d = dst + ptrdiff_t{r} * dstStep;
+    const uint8_t* y = src[0] + ptrdiff_t{r} * srcStep[0];
+    const uint8_t* cb = src[2] + ptrdiff_t{k} * srcStep[2];
+    const uint8_t* cr = src[1] + ptrdiff_t{k} * srcStep[1];
+    if (wide) {
+      PackRowAvx2(d, y, cb, cr, pairs, false, stream);
+    } else {
+      PackRow(d, y, cb, cr, pairs, false);
+    }
   }
   return kNoErr;
 }
@@ -56,14 +68,20 @@ Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
 // ippiCbYCr422ToYCbCr422_8u_C2P3R: packed Cb Y0 Cr Y1 to planes Y, Cb, Cr (chroma
 // half width, full height); packed row r feeds row r of every plane.
 Status CbYCr422ToYCbCr422_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3],
-                                Roi roi, bool wide) {
+                                Roi roi, bool wide, bool stream) {
   const Status st = Check(src, dst[0], dst[1], dst[2], roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  const auto unpack = wide ? UnpackRowAvx2 : UnpackRow;
   for (int r = 0; r < roi.height; ++r) {
-    unpack(dst[0] + ptrdiff_t{r} * dstStep[0], dst[1] + ptrdiff_t{r} * dstStep[1], dst[2] + ptrdiff_t{r} * dstStep[2],
-           src + ptrdiff_t{r} * srcStep, pairs, false);
+    uint8_t* y = dst[0] + ptrdiff_t{r} * dstStep[0];
+    uint8_t* cb = dst[1] + ptrdiff_t{r} * dstStep[1];
+    uint8_t* cr = dst[2] + ptrdiff_t{r} * dstStep[2];
+    const uint8_t* s = src + ptrdiff_t{r} * srcStep;
+    if (wide) {
+      UnpackRowAvx2(y, cb, cr, s, pairs, false, stream);
+    } else {
+      UnpackRow(y, cb, cr, s, pairs, false);
+    }
   }
   return kNoErr;
 }

@@ -19,12 +19,13 @@ struct Roi {
   int height;
 };
 
-// `wide` selects the 256-bit row kernels (the caller decides; same bytes either way).
+// `wide` selects the 256-bit row kernels and `stream` their streaming stores (the
+// caller decides; the bytes are the same either way).
 Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
-                                Roi roi, bool wide);
+                                Roi roi, bool wide, bool stream);
 Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
-                                Roi roi, bool wide);
+                                Roi roi, bool wide, bool stream);
 Status CbYCr422ToYCbCr422_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3],
-                                Roi roi, bool wide);
+                                Roi roi, bool wide, bool stream);
 
 }  // namespace zelt::ycbcr::ipp

@@ -92,6 +92,7 @@ uint32_t FromPlanarGeneric(const uint8_t* srcY, const uint8_t* srcA, const uint8
   // row is written once, in either case); an odd last pixel's group stays here.
   const GroupShape shape = ShapeOf(dstY, dstA, dstB);
   const bool wide = step == 1 && shape.known && UseAvx2();
+  const bool stream = size_t{height} * ds >= kPlanarStreamBytes;
   const size_t pairs = wide ? width / 2 : 0;
   const uint8_t* a = srcA;
   const uint8_t* b = srcB;
@@ -105,7 +106,8 @@ uint32_t FromPlanarGeneric(const uint8_t* srcY, const uint8_t* srcA, const uint8
     }
     const uint8_t* y = srcY + size_t{r} * ss;
     if (wide) {
-      PackRowAvx2(dstY + d + shape.base, y, shape.bFirst ? b : a, shape.bFirst ? a : b, pairs, shape.lumaFirst);
+      PackRowAvx2(dstY + d + shape.base, y, shape.bFirst ? b : a, shape.bFirst ? a : b, pairs, shape.lumaFirst,
+                  stream);
     }
     const size_t x = 2 * pairs, o = 2 * x;
     const size_t moved =
@@ -126,12 +128,13 @@ void FromPlanarReorder(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* 
   const int steps[3] = {static_cast<int>(ss), static_cast<int>(ss / 2), static_cast<int>(ss / 2)};
   const ipp::Roi roi{static_cast<int>(width), static_cast<int>(height)};
   uint8_t* packed = dstY - 1;  // the lowest of the three packed pointers
+  const bool stream = size_t{height} * ds >= kPlanarStreamBytes;
   if (is422) {
     const uint8_t* planes[3] = {srcY, srcA, srcB};
-    ipp::YCbCr422ToCbYCr422_P3C2R(planes, steps, packed, static_cast<int>(ds), roi, wide);
+    ipp::YCbCr422ToCbYCr422_P3C2R(planes, steps, packed, static_cast<int>(ds), roi, wide, stream);
   } else {
     const uint8_t* planes[3] = {srcY, srcB, srcA};
-    ipp::YCrCb420ToCbYCr422_P3C2R(planes, steps, packed, static_cast<int>(ds), roi, wide);
+    ipp::YCrCb420ToCbYCr422_P3C2R(planes, steps, packed, static_cast<int>(ds), roi, wide, stream);
   }
 }
 
@@ -235,13 +238,14 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
     }
   }
 
+  const bool stream = size_t{height} * ds * 3 / 2 >= kPlanarStreamBytes;
   for (uint32_t r = 0; r < height; ++r) {
     const size_t s = size_t{fieldInvert ? (r ^ 1u) : r} * ss;
     uint8_t* y = dstY + size_t{r} * ds;
     const bool chroma = mode != k420 || ToPlanarWritesChroma(r);
     if (!chroma) {
       if (wide) {
-        UnpackLumaRowAvx2(y, srcY + shape.base + s, pairs, shape.lumaFirst);
+        UnpackLumaRowAvx2(y, srcY + shape.base + s, pairs, shape.lumaFirst, stream);
       } else {
         for (size_t i = 0; i < pairs; ++i) {
           y[2 * i] = srcY[s + 4 * i];
@@ -254,7 +258,8 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
     uint8_t* a = dstA + crow;
     uint8_t* b = dstB + crow;
     if (wide) {
-      UnpackRowAvx2(y, shape.bFirst ? b : a, shape.bFirst ? a : b, srcY + shape.base + s, pairs, shape.lumaFirst);
+      UnpackRowAvx2(y, shape.bFirst ? b : a, shape.bFirst ? a : b, srcY + shape.base + s, pairs, shape.lumaFirst,
+                    stream);
     } else {
       for (size_t i = 0; i < pairs; ++i) {
         y[2 * i] = srcY[s + 4 * i];
@@ -505,7 +510,8 @@ ZELT_API uint32_t cycbcr_uyvy_to_p422(ZELT_PLANAR_ARGS) {
                           static_cast<int>(dst_stride / 2)};
     const ipp::Status st = ipp::CbYCr422ToYCbCr422_C2P3R(src, static_cast<int>(src_stride), planes, steps,
                                                          {static_cast<int>(width), static_cast<int>(height)},
-                                                         UseAvx2() && (width / 2) * 2 <= dst_stride);
+                                                         UseAvx2() && (width / 2) * 2 <= dst_stride,
+                                                         luma * 2 >= kPlanarStreamBytes);
     if (st == ipp::kNoErr) return dst_stride * height;
   }
   return PackedToPlanar(dst, src, width, height, dst_stride, src_stride, k422, false, kUyvy);

@@ -17,8 +17,16 @@ void UnpackRow(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t 
 // Luma only.
 void UnpackLumaRow(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst);
 
-void PackRowAvx2(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8_t* c1, size_t pairs, bool lumaFirst);
-void UnpackRowAvx2(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t pairs, bool lumaFirst);
-void UnpackLumaRowAvx2(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst);
+// `stream`: non-temporal stores where the destination rows are aligned for them
+// (the callers set it for frames larger than kPlanarStreamBytes).
+void PackRowAvx2(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8_t* c1, size_t pairs, bool lumaFirst,
+                 bool stream);
+void UnpackRowAvx2(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, size_t pairs, bool lumaFirst,
+                   bool stream);
+void UnpackLumaRowAvx2(uint8_t* y, const uint8_t* src, size_t pairs, bool lumaFirst, bool stream);
+
+// Destination frames of at least this many bytes are written with streaming stores
+// by the 256-bit rows: below it the frame is likely to be read again from cache.
+inline constexpr size_t kPlanarStreamBytes = size_t{8} << 20;
 
 }  // namespace zelt::ycbcr
