@@ -146,7 +146,7 @@ uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f) {
     const uint16_t* cr = Advance(f.cr, c);
     uint8_t* d = f.dst + r * pitch;
     const uint32_t done = HbdRowAvx2(s, d, y, cb, cr, f.width);
-    HbdTo012vRow(s, d, y, cb, cr, f.width, done);
+    HbdTo012vRow(s, d, y, cb, cr, f.width, done, pitch);
   }
   return f.height * static_cast<uint32_t>(pitch);
 }

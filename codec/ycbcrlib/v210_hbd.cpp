@@ -30,7 +30,7 @@ inline void Store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
 }  // namespace
 
 void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
-                  uint32_t width, uint32_t first) {
+                  uint32_t width, uint32_t first, size_t pitch) {
   const uint32_t groups = (width + 5) / 6;
   // Sample i of group g's stream Cb Y Cr Y ...
   auto sample = [&](uint32_t g, uint32_t i) {
@@ -49,8 +49,12 @@ void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* 
     for (uint32_t w = 0; w < 4; ++w) Store32(dst + size_t{g} * 16 + 4 * w, word(g, w));
   }
   // A width that is not a multiple of 6 also writes words 0 and 1 of the next
-  // group, from the samples that follow, into the row padding.
-  if (width % 6 != 0) {
+  // group, from the samples that follow, into the row padding. Where the row has
+  // no padding left (widths 43..47 past a multiple of 48 at the minimum pitch) the
+  // words would land on the next row, which overwrites them anyway, or past the
+  // frame on the last row, or on another band's row under the threaded split:
+  // they are left out there.
+  if (width % 6 != 0 && size_t{groups} * 16 + 8 <= pitch) {
     Store32(dst + size_t{groups} * 16, word(groups, 0));
     Store32(dst + size_t{groups} * 16 + 4, word(groups, 1));
   }
@@ -63,7 +67,7 @@ uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f) {
     const auto* base = reinterpret_cast<const uint8_t*>(f.y);
     HbdTo012vRow(s, f.dst + r * pitch, reinterpret_cast<const uint16_t*>(base + size_t{r} * f.src_stride),
                  reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cb) + c),
-                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cr) + c), f.width, 0);
+                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cr) + c), f.width, 0, pitch);
   }
   return f.height * static_cast<uint32_t>(pitch);
 }

@@ -52,9 +52,9 @@ inline size_t HbdChromaOffset(HbdSource s, uint32_t row, uint32_t src_stride) {
 }
 
 // One 012v row from planar rows, from group `first` on, with the two-word overrun
-// when width is not a multiple of 6.
+// when width is not a multiple of 6 and the words fit in the row pitch `pitch`.
 void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
-                  uint32_t width, uint32_t first);
+                  uint32_t width, uint32_t first, size_t pitch);
 // Whole-frame single-threaded kernels; return height * max(minimum pitch, dst_stride).
 uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f);
 uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f);
