@@ -21,6 +21,10 @@ inline uint32_t Load32(const uint8_t* p) {
   return v;
 }
 
+// The 10-to-8-bit rule without a branch: (v + 2) >> 2 is 256 only for 1022 and
+// 1023, and 1021..1023 all give 255 either way.
+inline uint8_t Round8(uint32_t v) { return static_cast<uint8_t>(std::min<uint32_t>((v + 2) >> 2, 255)); }
+
 // Sample i (0..11) of a 012v group.
 inline uint32_t GroupSample(const uint8_t* g, uint32_t i) { return (Load32(g + 4 * (i / 3)) >> (10 * (i % 3))) & 0x3FF; }
 
@@ -38,9 +42,9 @@ void V012ToUyvyGroups(uint8_t* dst, const uint8_t* src, size_t groups) {
   for (size_t g = 0; g < groups; ++g, src += 16, dst += 12) {
     for (int w = 0; w < 4; ++w) {
       const uint32_t v = Load32(src + 4 * w);
-      dst[3 * w] = TenToEight(v & 0x3FF);
-      dst[3 * w + 1] = TenToEight((v >> 10) & 0x3FF);
-      dst[3 * w + 2] = TenToEight((v >> 20) & 0x3FF);
+      dst[3 * w] = Round8(v & 0x3FF);
+      dst[3 * w + 1] = Round8((v >> 10) & 0x3FF);
+      dst[3 * w + 2] = Round8((v >> 20) & 0x3FF);
     }
   }
 }

@@ -13,40 +13,31 @@ namespace zelt::ycbcr {
 
 namespace {
 
-inline uint32_t Luma(HbdSource s, const uint16_t* y, size_t i) {
-  return (s == HbdSource::k422p10 ? y[i] : y[i] >> 2) & 0x3FF;
+template <HbdSource S>
+inline uint32_t Luma(const uint16_t* y, size_t i) {
+  return (S == HbdSource::k422p10 ? y[i] : y[i] >> 2) & 0x3FF;
 }
-inline uint32_t Chroma(HbdSource s, const uint16_t* c, size_t k) {
-  switch (s) {
-    case HbdSource::k422p10: return c[k] & 0x3FF;
-    case HbdSource::k422p12: return (c[k] >> 2) & 0x3FF;
-    case HbdSource::k444p12: return (c[2 * k] >> 2) & 0x3FF;
-  }
-  return 0;
+template <HbdSource S>
+inline uint32_t Chroma(const uint16_t* c, size_t k) {
+  if constexpr (S == HbdSource::k422p10) return c[k] & 0x3FF;
+  if constexpr (S == HbdSource::k422p12) return (c[k] >> 2) & 0x3FF;
+  return (c[2 * k] >> 2) & 0x3FF;  // 4:4:4: the even pixel's chroma
 }
 
 inline void Store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
+inline uint32_t Word(uint32_t a, uint32_t b, uint32_t c) { return a | (b << 10) | (c << 20); }
 
-}  // namespace
-
-void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
-                  uint32_t width, uint32_t first, size_t pitch) {
+template <HbdSource S>
+void Row(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t first,
+         size_t pitch) {
   const uint32_t groups = (width + 5) / 6;
-  // Sample i of group g's stream Cb Y Cr Y ...
-  auto sample = [&](uint32_t g, uint32_t i) {
-    const size_t pair = size_t{g} * 3 + i / 4;
-    switch (i % 4) {
-      case 0: return Chroma(s, cb, pair);
-      case 1: return Luma(s, y, 2 * pair);
-      case 2: return Chroma(s, cr, pair);
-      default: return Luma(s, y, 2 * pair + 1);
-    }
-  };
-  auto word = [&](uint32_t g, uint32_t w) {
-    return sample(g, 3 * w) | (sample(g, 3 * w + 1) << 10) | (sample(g, 3 * w + 2) << 20);
-  };
   for (uint32_t g = first; g < groups; ++g) {
-    for (uint32_t w = 0; w < 4; ++w) Store32(dst + size_t{g} * 16 + 4 * w, word(g, w));
+    const size_t k = size_t{g} * 3, i = size_t{g} * 6;
+    uint8_t* d = dst + size_t{g} * 16;
+    Store32(d, Word(Chroma<S>(cb, k), Luma<S>(y, i), Chroma<S>(cr, k)));
+    Store32(d + 4, Word(Luma<S>(y, i + 1), Chroma<S>(cb, k + 1), Luma<S>(y, i + 2)));
+    Store32(d + 8, Word(Chroma<S>(cr, k + 1), Luma<S>(y, i + 3), Chroma<S>(cb, k + 2)));
+    Store32(d + 12, Word(Luma<S>(y, i + 4), Chroma<S>(cr, k + 2), Luma<S>(y, i + 5)));
   }
   // A width that is not a multiple of 6 also writes words 0 and 1 of the next
   // group, from the samples that follow, into the row padding. Where the row has
@@ -55,8 +46,21 @@ void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* 
   // frame on the last row, or on another band's row under the threaded split:
   // they are left out there.
   if (width % 6 != 0 && size_t{groups} * 16 + 8 <= pitch) {
-    Store32(dst + size_t{groups} * 16, word(groups, 0));
-    Store32(dst + size_t{groups} * 16 + 4, word(groups, 1));
+    const size_t k = size_t{groups} * 3, i = size_t{groups} * 6;
+    uint8_t* d = dst + size_t{groups} * 16;
+    Store32(d, Word(Chroma<S>(cb, k), Luma<S>(y, i), Chroma<S>(cr, k)));
+    Store32(d + 4, Word(Luma<S>(y, i + 1), Chroma<S>(cb, k + 1), Luma<S>(y, i + 2)));
+  }
+}
+
+}  // namespace
+
+void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
+                  uint32_t width, uint32_t first, size_t pitch) {
+  switch (s) {
+    case HbdSource::k422p10: Row<HbdSource::k422p10>(dst, y, cb, cr, width, first, pitch); break;
+    case HbdSource::k422p12: Row<HbdSource::k422p12>(dst, y, cb, cr, width, first, pitch); break;
+    case HbdSource::k444p12: Row<HbdSource::k444p12>(dst, y, cb, cr, width, first, pitch); break;
   }
 }
 
