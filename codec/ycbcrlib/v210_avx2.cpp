@@ -85,8 +85,8 @@ uint32_t HbdRowAvx2(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t
   const __m256i highC = ZELT_LANES(8, 9, -1, -1, -1, -1, -1, -1, 4, 5, -1, -1, -1, -1, -1, -1);
   const __m256i evens = ZELT_LANES(0, 1, 4, 5, 8, 9, 12, 13, -1, -1, -1, -1, -1, -1, -1, -1);
   const __m256i ten = _mm256_set1_epi16(0x3FF);
-  const bool twelve = s != HbdSource::k422p10;
-  auto fit = [&](__m256i v) { return _mm256_and_si256(twelve ? _mm256_srli_epi16(v, 2) : v, ten); };
+  const __m128i shift = _mm_cvtsi32_si128(static_cast<int>(HbdShift(s)));
+  auto fit = [&](__m256i v) { return _mm256_and_si256(_mm256_srl_epi16(v, shift), ten); };
 
   uint32_t g = 0;
   // The second lane reads luma up to pixel 6g+13 and chroma up to pair 3g+6.
@@ -94,7 +94,7 @@ uint32_t HbdRowAvx2(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t
     const size_t p = size_t{6} * g;
     const __m256i yv = fit(Load2x128(y + p, y + p + 6));
     __m256i cv;
-    if (s == HbdSource::k444p12) {
+    if (HbdFullChroma(s)) {
       const __m256i u = _mm256_shuffle_epi8(Load2x128(cb + p, cb + p + 6), evens);
       const __m256i v = _mm256_shuffle_epi8(Load2x128(cr + p, cr + p + 6), evens);
       cv = fit(_mm256_unpacklo_epi64(u, v));
@@ -112,11 +112,13 @@ uint32_t HbdRowAvx2(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t
 }
 
 // 32 pixels per step.
-uint32_t P10UyvyRowAvx2(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width) {
+uint32_t UyvyRowAvx2(unsigned bits, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
+                     uint32_t width) {
   const __m256i low8 = _mm256_set1_epi16(0xFF);
+  const __m128i shift = _mm_cvtsi32_si128(static_cast<int>(bits));
   const __m256i pairs = ZELT_LANES(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
   auto eight = [&](const uint16_t* p) {
-    return _mm256_and_si256(_mm256_srli_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)), 2), low8);
+    return _mm256_and_si256(_mm256_srl_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)), shift), low8);
   };
   uint32_t x = 0;
   for (; x + 32 <= width; x += 32) {
@@ -140,7 +142,7 @@ const T* Advance(const T* p, size_t bytes) {
 uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f) {
   const size_t pitch = std::max(f.dst_stride, V012MinPitch(f.width));
   for (uint32_t r = 0; r < f.height; ++r) {
-    const size_t c = HbdChromaOffset(s, r, f.src_stride);
+    const size_t c = HbdBandChroma(s, f, r);
     const uint16_t* y = Advance(f.y, size_t{r} * f.src_stride);
     const uint16_t* cb = Advance(f.cb, c);
     const uint16_t* cr = Advance(f.cr, c);
@@ -151,15 +153,16 @@ uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f) {
   return f.height * static_cast<uint32_t>(pitch);
 }
 
-uint32_t P10ToUyvyFrameAvx2(const HbdFrame& f) {
+uint32_t HbdToUyvyFrameAvx2(HbdSource s, const HbdFrame& f) {
+  const unsigned shift = HbdShift(s) + 2;
   for (uint32_t r = 0; r < f.height; ++r) {
-    const size_t c = HbdChromaOffset(HbdSource::k422p10, r, f.src_stride);
+    const size_t c = HbdBandChroma(s, f, r);
     const uint16_t* y = Advance(f.y, size_t{r} * f.src_stride);
     const uint16_t* cb = Advance(f.cb, c);
     const uint16_t* cr = Advance(f.cr, c);
     uint8_t* d = f.dst + size_t{r} * f.dst_stride;
-    const uint32_t done = P10UyvyRowAvx2(d, y, cb, cr, f.width);
-    P10ToUyvyRow(d, y, cb, cr, f.width, done);
+    const uint32_t done = UyvyRowAvx2(shift, d, y, cb, cr, f.width);
+    HbdToUyvyRow(shift, d, y, cb, cr, f.width, done);
   }
   return f.height * f.dst_stride;
 }

@@ -13,31 +13,31 @@ namespace zelt::ycbcr {
 
 namespace {
 
-template <HbdSource S>
+template <unsigned kShift, bool kFull>
 inline uint32_t Luma(const uint16_t* y, size_t i) {
-  return (S == HbdSource::k422p10 ? y[i] : y[i] >> 2) & 0x3FF;
+  return (y[i] >> kShift) & 0x3FF;
 }
-template <HbdSource S>
+template <unsigned kShift, bool kFull>
 inline uint32_t Chroma(const uint16_t* c, size_t k) {
-  if constexpr (S == HbdSource::k422p10) return c[k] & 0x3FF;
-  if constexpr (S == HbdSource::k422p12) return (c[k] >> 2) & 0x3FF;
-  return (c[2 * k] >> 2) & 0x3FF;  // 4:4:4: the even pixel's chroma
+  return (c[kFull ? 2 * k : k] >> kShift) & 0x3FF;
 }
 
 inline void Store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
 inline uint32_t Word(uint32_t a, uint32_t b, uint32_t c) { return a | (b << 10) | (c << 20); }
 
-template <HbdSource S>
+template <unsigned kShift, bool kFull>
 void Row(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t first,
          size_t pitch) {
+  constexpr auto L = Luma<kShift, kFull>;
+  constexpr auto C = Chroma<kShift, kFull>;
   const uint32_t groups = (width + 5) / 6;
   for (uint32_t g = first; g < groups; ++g) {
     const size_t k = size_t{g} * 3, i = size_t{g} * 6;
     uint8_t* d = dst + size_t{g} * 16;
-    Store32(d, Word(Chroma<S>(cb, k), Luma<S>(y, i), Chroma<S>(cr, k)));
-    Store32(d + 4, Word(Luma<S>(y, i + 1), Chroma<S>(cb, k + 1), Luma<S>(y, i + 2)));
-    Store32(d + 8, Word(Chroma<S>(cr, k + 1), Luma<S>(y, i + 3), Chroma<S>(cb, k + 2)));
-    Store32(d + 12, Word(Luma<S>(y, i + 4), Chroma<S>(cr, k + 2), Luma<S>(y, i + 5)));
+    Store32(d, Word(C(cb, k), L(y, i), C(cr, k)));
+    Store32(d + 4, Word(L(y, i + 1), C(cb, k + 1), L(y, i + 2)));
+    Store32(d + 8, Word(C(cr, k + 1), L(y, i + 3), C(cb, k + 2)));
+    Store32(d + 12, Word(L(y, i + 4), C(cr, k + 2), L(y, i + 5)));
   }
   // A width that is not a multiple of 6 also writes words 0 and 1 of the next
   // group, from the samples that follow, into the row padding. Where the row has
@@ -48,51 +48,60 @@ void Row(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr
   if (width % 6 != 0 && size_t{groups} * 16 + 8 <= pitch) {
     const size_t k = size_t{groups} * 3, i = size_t{groups} * 6;
     uint8_t* d = dst + size_t{groups} * 16;
-    Store32(d, Word(Chroma<S>(cb, k), Luma<S>(y, i), Chroma<S>(cr, k)));
-    Store32(d + 4, Word(Luma<S>(y, i + 1), Chroma<S>(cb, k + 1), Luma<S>(y, i + 2)));
+    Store32(d, Word(C(cb, k), L(y, i), C(cr, k)));
+    Store32(d + 4, Word(L(y, i + 1), C(cb, k + 1), L(y, i + 2)));
   }
+}
+
+template <typename T>
+const T* Advance(const T* p, size_t bytes) {
+  return reinterpret_cast<const T*>(reinterpret_cast<const uint8_t*>(p) + bytes);
 }
 
 }  // namespace
 
 void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
                   uint32_t width, uint32_t first, size_t pitch) {
-  switch (s) {
-    case HbdSource::k422p10: Row<HbdSource::k422p10>(dst, y, cb, cr, width, first, pitch); break;
-    case HbdSource::k422p12: Row<HbdSource::k422p12>(dst, y, cb, cr, width, first, pitch); break;
-    case HbdSource::k444p12: Row<HbdSource::k444p12>(dst, y, cb, cr, width, first, pitch); break;
+  const bool full = HbdFullChroma(s);
+  switch (HbdShift(s)) {
+    case 0:
+      (full ? Row<0, true> : Row<0, false>)(dst, y, cb, cr, width, first, pitch);
+      break;
+    case 2:
+      (full ? Row<2, true> : Row<2, false>)(dst, y, cb, cr, width, first, pitch);
+      break;
+    default:
+      (full ? Row<6, true> : Row<6, false>)(dst, y, cb, cr, width, first, pitch);
+      break;
   }
 }
 
 uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f) {
   const size_t pitch = std::max(f.dst_stride, V012MinPitch(f.width));
   for (uint32_t r = 0; r < f.height; ++r) {
-    const size_t c = HbdChromaOffset(s, r, f.src_stride);
-    const auto* base = reinterpret_cast<const uint8_t*>(f.y);
-    HbdTo012vRow(s, f.dst + r * pitch, reinterpret_cast<const uint16_t*>(base + size_t{r} * f.src_stride),
-                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cb) + c),
-                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cr) + c), f.width, 0, pitch);
+    const size_t c = HbdBandChroma(s, f, r);
+    HbdTo012vRow(s, f.dst + r * pitch, Advance(f.y, size_t{r} * f.src_stride), Advance(f.cb, c), Advance(f.cr, c),
+                 f.width, 0, pitch);
   }
   return f.height * static_cast<uint32_t>(pitch);
 }
 
-void P10ToUyvyRow(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width,
-                  uint32_t first) {
+void HbdToUyvyRow(unsigned shift, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
+                  uint32_t width, uint32_t first) {
   for (size_t k = first; k < (size_t{width} + 1) / 2; ++k) {
-    dst[4 * k] = static_cast<uint8_t>(cb[k] >> 2);
-    dst[4 * k + 1] = static_cast<uint8_t>(y[2 * k] >> 2);
-    dst[4 * k + 2] = static_cast<uint8_t>(cr[k] >> 2);
-    dst[4 * k + 3] = static_cast<uint8_t>(y[2 * k + 1] >> 2);
+    dst[4 * k] = static_cast<uint8_t>(cb[k] >> shift);
+    dst[4 * k + 1] = static_cast<uint8_t>(y[2 * k] >> shift);
+    dst[4 * k + 2] = static_cast<uint8_t>(cr[k] >> shift);
+    dst[4 * k + 3] = static_cast<uint8_t>(y[2 * k + 1] >> shift);
   }
 }
 
-uint32_t P10ToUyvyFrame(const HbdFrame& f) {
+uint32_t HbdToUyvyFrame(HbdSource s, const HbdFrame& f) {
+  const unsigned shift = HbdShift(s) + 2;
   for (uint32_t r = 0; r < f.height; ++r) {
-    const size_t c = HbdChromaOffset(HbdSource::k422p10, r, f.src_stride);
-    const auto* base = reinterpret_cast<const uint8_t*>(f.y);
-    P10ToUyvyRow(f.dst + size_t{r} * f.dst_stride, reinterpret_cast<const uint16_t*>(base + size_t{r} * f.src_stride),
-                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cb) + c),
-                 reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cr) + c), f.width, 0);
+    const size_t c = HbdBandChroma(s, f, r);
+    HbdToUyvyRow(shift, f.dst + size_t{r} * f.dst_stride, Advance(f.y, size_t{r} * f.src_stride), Advance(f.cb, c),
+                 Advance(f.cr, c), f.width, 0);
   }
   return f.height * f.dst_stride;
 }
@@ -114,14 +123,21 @@ constexpr Converter k422p12To012v{Target::k012v, HbdSource::k422p12, 1920, "cycb
 constexpr Converter k444p12To012v{Target::k012v, HbdSource::k444p12, 2048, "cycbcr_yuv444p12_to_012v", "yuv444p12"};
 // The UYVY converter shares the 10-bit 012v converter's event name.
 constexpr Converter k422p10ToUyvy{Target::kUyvy, HbdSource::k422p10, 2048, "cycbcr_yuv422p10_to_012v", "ycbcr422p10"};
+// The rest of the family follows the same pattern at the 2048-pixel threshold.
+constexpr Converter k422p16To012v{Target::k012v, HbdSource::k422p16, 2048, "cycbcr_yuv422p16_to_012v", "ycbcr422p16"};
+constexpr Converter k444p10To012v{Target::k012v, HbdSource::k444p10, 2048, "cycbcr_yuv444p10_to_012v", "yuv444p10"};
+constexpr Converter k420p10To012v{Target::k012v, HbdSource::k420p10, 2048, "cycbcr_yuv420p10_to_012v", "ycbcr420p10"};
+constexpr Converter k420p16To012v{Target::k012v, HbdSource::k420p16, 2048, "cycbcr_yuv420p16_to_012v", "ycbcr420p16"};
+constexpr Converter k420p10ToUyvy{Target::kUyvy, HbdSource::k420p10, 2048, "cycbcr_yuv420p10_to_uyvy", "ycbcr420p10"};
+constexpr Converter k420p16ToUyvy{Target::kUyvy, HbdSource::k420p16, 2048, "cycbcr_yuv420p16_to_uyvy", "ycbcr420p16"};
 
 uint32_t RunKernel(const Converter& c, const HbdFrame& f, bool avx2) {
 #if defined(__x86_64__) || defined(_M_X64)
-  if (avx2) return c.target == Target::kUyvy ? P10ToUyvyFrameAvx2(f) : HbdTo012vFrameAvx2(c.source, f);
+  if (avx2) return c.target == Target::kUyvy ? HbdToUyvyFrameAvx2(c.source, f) : HbdTo012vFrameAvx2(c.source, f);
 #else
   (void)avx2;
 #endif
-  return c.target == Target::kUyvy ? P10ToUyvyFrame(f) : HbdTo012vFrame(c.source, f);
+  return c.target == Target::kUyvy ? HbdToUyvyFrame(c.source, f) : HbdTo012vFrame(c.source, f);
 }
 
 // One band's work order. Lives on the caller's stack: the caller returns only
@@ -166,6 +182,7 @@ uint32_t Convert(const Converter& c, const HbdFrame& f) {
     band.cb = reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cb) + chromaOffset);
     band.cr = reinterpret_cast<const uint16_t*>(reinterpret_cast<const uint8_t*>(f.cr) + chromaOffset);
     band.height = k < 7 ? rows : f.height - 7 * rows;
+    band.first_row = first;
     jobs[k] = Job{&c, band, &pending, done, &exited};
     qrOSInterlockedIncrement(&pending);
     qrOSInterlockedIncrement(&exited);
@@ -207,5 +224,11 @@ ZELT_API uint32_t cycbcr_yuv422p10_to_012v(ZELT_HBD_ARGS) { return Convert(k422p
 ZELT_API uint32_t cycbcr_yuv422p12_to_012v(ZELT_HBD_ARGS) { return Convert(k422p12To012v, ZELT_HBD_FRAME); }
 ZELT_API uint32_t cycbcr_yuv444p12_to_012v(ZELT_HBD_ARGS) { return Convert(k444p12To012v, ZELT_HBD_FRAME); }
 ZELT_API uint32_t cycbcr_yuv422p10_to_uyvy(ZELT_HBD_ARGS) { return Convert(k422p10ToUyvy, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv422p16_to_012v(ZELT_HBD_ARGS) { return Convert(k422p16To012v, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv444p10_to_012v(ZELT_HBD_ARGS) { return Convert(k444p10To012v, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv420p10_to_012v(ZELT_HBD_ARGS) { return Convert(k420p10To012v, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv420p16_to_012v(ZELT_HBD_ARGS) { return Convert(k420p16To012v, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv420p10_to_uyvy(ZELT_HBD_ARGS) { return Convert(k420p10ToUyvy, ZELT_HBD_FRAME); }
+ZELT_API uint32_t cycbcr_yuv420p16_to_uyvy(ZELT_HBD_ARGS) { return Convert(k420p16ToUyvy, ZELT_HBD_FRAME); }
 
 }  // extern "C"

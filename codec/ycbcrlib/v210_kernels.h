@@ -27,12 +27,26 @@ void V012ToUyvyGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups);
 
 using GroupFn = void (*)(uint8_t*, const uint8_t*, size_t);
 
-// 16-bit planar sources of the threaded converters.
+// 16-bit planar sources: the sample depth (the low bits of each 16-bit sample)
+// and the chroma arrangement.
 enum class HbdSource : uint8_t {
-  k422p10,  // 10-bit 4:2:2, samples masked to 10 bits
-  k422p12,  // 12-bit 4:2:2, samples >> 2
-  k444p12,  // 12-bit 4:4:4, samples >> 2, chroma from the even pixels
+  k422p10, k422p12, k422p16,
+  k444p10, k444p12,  // chroma taken from the even pixels, no filtering
+  k420p10, k420p16,  // picture row r reads chroma row r/2
 };
+
+// Right shift that brings a sample to 10 bits (it is then masked to 10 bits).
+constexpr unsigned HbdShift(HbdSource s) {
+  switch (s) {
+    case HbdSource::k422p12:
+    case HbdSource::k444p12: return 2;
+    case HbdSource::k422p16:
+    case HbdSource::k420p16: return 6;
+    default: return 0;
+  }
+}
+constexpr bool HbdFullChroma(HbdSource s) { return s == HbdSource::k444p10 || s == HbdSource::k444p12; }
+constexpr bool Hbd420(HbdSource s) { return s == HbdSource::k420p10 || s == HbdSource::k420p16; }
 
 struct HbdFrame {
   uint8_t* dst;
@@ -43,12 +57,20 @@ struct HbdFrame {
   uint32_t height;
   uint32_t dst_stride;
   uint32_t src_stride;
+  uint32_t first_row = 0;  // picture row of the first row here (bands of a 4:2:0 frame)
 };
 
-// Byte offset of chroma row r (4:2:2: half the luma offset; 4:4:4: the luma offset).
+// Byte offset of the chroma row of picture row r: 4:2:2 half the luma offset,
+// 4:4:4 the luma offset, 4:2:0 half the offset of luma row r/2.
 inline size_t HbdChromaOffset(HbdSource s, uint32_t row, uint32_t src_stride) {
-  const size_t luma = size_t{row} * src_stride;
-  return s == HbdSource::k444p12 ? luma : luma / 2;
+  if (HbdFullChroma(s)) return size_t{row} * src_stride;
+  if (Hbd420(s)) return size_t{row / 2} * src_stride / 2;
+  return size_t{row} * src_stride / 2;
+}
+
+// Chroma offset of row r of a frame or band, from the band's chroma pointers.
+inline size_t HbdBandChroma(HbdSource s, const HbdFrame& f, uint32_t r) {
+  return HbdChromaOffset(s, f.first_row + r, f.src_stride) - HbdChromaOffset(s, f.first_row, f.src_stride);
 }
 
 // One 012v row from planar rows, from group `first` on, with the two-word overrun
@@ -59,11 +81,13 @@ void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* 
 uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f);
 uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f);
 
-// One UYVY row from 10-bit 4:2:2 rows, ceil(width/2) groups, from pixel pair `first` on.
-void P10ToUyvyRow(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width,
-                  uint32_t first);
-// Return height * dst_stride.
-uint32_t P10ToUyvyFrame(const HbdFrame& f);
-uint32_t P10ToUyvyFrameAvx2(const HbdFrame& f);
+// One UYVY row from 4:2:2 rows (10-bit: shift 2, 16-bit: shift 8; the low 8 bits
+// kept), ceil(width/2) groups, from pixel pair `first` on.
+void HbdToUyvyRow(unsigned shift, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
+                  uint32_t width, uint32_t first);
+// 4:2:2 or 4:2:0 sources of 10 or 16 bits (k422p10, k420p10, k420p16). Return
+// height * dst_stride.
+uint32_t HbdToUyvyFrame(HbdSource s, const HbdFrame& f);
+uint32_t HbdToUyvyFrameAvx2(HbdSource s, const HbdFrame& f);
 
 }  // namespace zelt::ycbcr

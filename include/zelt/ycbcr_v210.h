@@ -78,6 +78,24 @@ ZELT_API uint32_t cycbcr_yuv444p12_to_012v(uint8_t* dst, const uint16_t* y, cons
 /* 10-bit 4:2:2 to UYVY: each sample shifted right by 2 (no rounding, low 8 bits kept), ceil(width/2) groups a row at dst + r*dst_stride; threads above width 2048. Returns height*dst_stride. */
 ZELT_API uint32_t cycbcr_yuv422p10_to_uyvy(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
 
+/* The rest of the family, with the same arguments, pitches, results and eight-band
+   split above 2048 pixels. 16-bit samples become 10 bits by a right shift of 6
+   (8 bits: 8), no rounding. 4:2:0 sources read chroma row r/2 for picture row r,
+   chroma rows (r/2)*src_stride/2 bytes apart from the plane start. */
+
+/* 16-bit 4:2:2 to 012v. */
+ZELT_API uint32_t cycbcr_yuv422p16_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 10-bit 4:4:4 to 012v: samples masked to 10 bits, chroma from the even pixels, chroma row pitch src_stride. */
+ZELT_API uint32_t cycbcr_yuv444p10_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 10-bit 4:2:0 to 012v: samples masked to 10 bits. */
+ZELT_API uint32_t cycbcr_yuv420p10_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 16-bit 4:2:0 to 012v. */
+ZELT_API uint32_t cycbcr_yuv420p16_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 10-bit 4:2:0 to UYVY (each sample >> 2, low 8 bits kept). Returns height*dst_stride. */
+ZELT_API uint32_t cycbcr_yuv420p10_to_uyvy(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 16-bit 4:2:0 to UYVY (each sample >> 8). Returns height*dst_stride. */
+ZELT_API uint32_t cycbcr_yuv420p16_to_uyvy(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+
 /* ---- NV12. Called directly, not through cycbcr_transcode. ---- */
 
 /* Planar 4:2:0 of 10-bit samples (L luma, L/4 Cb, L/4 Cr, L = size/3, size in bytes of the source) to 16-bit NV12 (L luma, then L/4 Cb,Cr pairs), every sample shifted left by 6. Returns 0. */
