@@ -288,6 +288,41 @@ uint32_t V012ToPlanar(uint8_t* dst, const uint8_t* src, uint32_t w, uint32_t h, 
   return is422 ? h * ds * 2 : h * ds * 3 / 2;
 }
 
+// 012v to three 4:2:2 planes of 8-bit (rounded) or 16-bit (the 10-bit value)
+// samples: width luma samples and width/2 chroma samples a row; chroma rows
+// dst_stride/2 bytes apart.
+template <typename T>
+uint32_t V012ToPlanes(T* y, T* cb, T* cr, const uint8_t* src, uint32_t w, uint32_t h, uint32_t ds, uint32_t ss) {
+  SimdGuard();
+  const uint32_t pitch = V012Pitch(w, ss);
+  Reader rd{src, 0};
+  auto at = [](T* plane, size_t bytes) { return reinterpret_cast<T*>(reinterpret_cast<uint8_t*>(plane) + bytes); };
+  for (uint32_t r = 0; r < h; ++r) {
+    if (pitch != 0) rd = {src + size_t{r} * pitch, 0};
+    T* yr = at(y, size_t{r} * ds);
+    T* ur = at(cb, size_t{r} * (ds / 2));
+    T* vr = at(cr, size_t{r} * (ds / 2));
+    for (uint32_t k = 0; k < (w + 1) / 2; ++k) {
+      uint32_t s[4];
+      for (uint32_t i = 0; i < 4; ++i) {
+        s[i] = GroupSample(rd.group, 4 * rd.pair + i);
+        if constexpr (sizeof(T) == 1) s[i] = Round8(s[i]);
+      }
+      if (++rd.pair == 3) {
+        rd.pair = 0;
+        rd.group += kV012GroupBytes;
+      }
+      yr[2 * k] = static_cast<T>(s[1]);
+      if (2 * k + 1 < w) {
+        yr[2 * k + 1] = static_cast<T>(s[3]);
+        ur[k] = static_cast<T>(s[0]);
+        vr[k] = static_cast<T>(s[2]);
+      }
+    }
+  }
+  return h * ds * 2;
+}
+
 }  // namespace
 
 }  // namespace zelt::ycbcr
@@ -354,6 +389,17 @@ ZELT_API uint32_t cycbcr_012v_to_yv12(ZELT_V210_ARGS) {
 }
 ZELT_API uint32_t cycbcr_012v_to_p422(ZELT_V210_ARGS) {
   return V012ToPlanar(dst, src, width, height, dst_stride, src_stride, true, false);
+}
+
+
+ZELT_API uint32_t cycbcr_012v_to_planar422(uint8_t* y, uint8_t* cb, uint8_t* cr, const uint8_t* src, uint32_t width,
+                                           uint32_t height, uint32_t dst_stride, uint32_t src_stride) {
+  return V012ToPlanes(y, cb, cr, src, width, height, dst_stride, src_stride);
+}
+ZELT_API uint32_t cycbcr_012v_to_planar422_16(uint16_t* y, uint16_t* cb, uint16_t* cr, const uint8_t* src,
+                                              uint32_t width, uint32_t height, uint32_t dst_stride,
+                                              uint32_t src_stride) {
+  return V012ToPlanes(y, cb, cr, src, width, height, dst_stride, src_stride);
 }
 
 }  // extern "C"

@@ -60,20 +60,19 @@ const T* Advance(const T* p, size_t bytes) {
 
 }  // namespace
 
+void HbdTo012vRowShift(unsigned shift, bool full, uint8_t* dst, const uint16_t* y, const uint16_t* cb,
+                       const uint16_t* cr, uint32_t width, uint32_t first, size_t pitch) {
+  using RowFn = void (*)(uint8_t*, const uint16_t*, const uint16_t*, const uint16_t*, uint32_t, uint32_t, size_t);
+  static constexpr RowFn kRows[7][2] = {{Row<0, false>, Row<0, true>}, {Row<1, false>, Row<1, true>},
+                                        {Row<2, false>, Row<2, true>}, {Row<3, false>, Row<3, true>},
+                                        {Row<4, false>, Row<4, true>}, {Row<5, false>, Row<5, true>},
+                                        {Row<6, false>, Row<6, true>}};
+  kRows[std::min(shift, 6u)][full ? 1 : 0](dst, y, cb, cr, width, first, pitch);
+}
+
 void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
                   uint32_t width, uint32_t first, size_t pitch) {
-  const bool full = HbdFullChroma(s);
-  switch (HbdShift(s)) {
-    case 0:
-      (full ? Row<0, true> : Row<0, false>)(dst, y, cb, cr, width, first, pitch);
-      break;
-    case 2:
-      (full ? Row<2, true> : Row<2, false>)(dst, y, cb, cr, width, first, pitch);
-      break;
-    default:
-      (full ? Row<6, true> : Row<6, false>)(dst, y, cb, cr, width, first, pitch);
-      break;
-  }
+  HbdTo012vRowShift(HbdShift(s), HbdFullChroma(s), dst, y, cb, cr, width, first, pitch);
 }
 
 uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f) {
@@ -230,5 +229,24 @@ ZELT_API uint32_t cycbcr_yuv420p10_to_012v(ZELT_HBD_ARGS) { return Convert(k420p
 ZELT_API uint32_t cycbcr_yuv420p16_to_012v(ZELT_HBD_ARGS) { return Convert(k420p16To012v, ZELT_HBD_FRAME); }
 ZELT_API uint32_t cycbcr_yuv420p10_to_uyvy(ZELT_HBD_ARGS) { return Convert(k420p10ToUyvy, ZELT_HBD_FRAME); }
 ZELT_API uint32_t cycbcr_yuv420p16_to_uyvy(ZELT_HBD_ARGS) { return Convert(k420p16ToUyvy, ZELT_HBD_FRAME); }
+
+ZELT_API uint32_t cycbcr_planar_16_to_012v(ZELT_HBD_ARGS, uint32_t bits) {
+  switch (bits) {
+    case 12: return Convert(k422p12To012v, ZELT_HBD_FRAME);
+    case 16: return Convert(k422p16To012v, ZELT_HBD_FRAME);
+    default: break;
+  }
+  if (bits <= 10) return Convert(k422p10To012v, ZELT_HBD_FRAME);
+  // 11, 13, 14, 15 bits: one portable pass on the calling thread.
+  SimdGuard();
+  const size_t pitch = std::max(dst_stride, V012MinPitch(width));
+  const unsigned shift = std::min(bits, 16u) - 10;
+  for (uint32_t r = 0; r < height; ++r) {
+    const size_t c = size_t{r} * src_stride / 2;
+    HbdTo012vRowShift(shift, false, dst + r * pitch, Advance(y, size_t{r} * src_stride), Advance(cb, c),
+                      Advance(cr, c), width, 0, pitch);
+  }
+  return height * static_cast<uint32_t>(pitch);
+}
 
 }  // extern "C"

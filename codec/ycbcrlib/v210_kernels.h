@@ -77,6 +77,9 @@ inline size_t HbdBandChroma(HbdSource s, const HbdFrame& f, uint32_t r) {
 // when width is not a multiple of 6 and the words fit in the row pitch `pitch`.
 void HbdTo012vRow(HbdSource s, uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
                   uint32_t width, uint32_t first, size_t pitch);
+// The same for any right shift 0..6 and either chroma width.
+void HbdTo012vRowShift(unsigned shift, bool full, uint8_t* dst, const uint16_t* y, const uint16_t* cb,
+                       const uint16_t* cr, uint32_t width, uint32_t first, size_t pitch);
 // Whole-frame single-threaded kernels; return height * max(minimum pitch, dst_stride).
 uint32_t HbdTo012vFrame(HbdSource s, const HbdFrame& f);
 uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f);

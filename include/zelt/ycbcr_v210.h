@@ -96,6 +96,18 @@ ZELT_API uint32_t cycbcr_yuv420p10_to_uyvy(uint8_t* dst, const uint16_t* y, cons
 /* 16-bit 4:2:0 to UYVY (each sample >> 8). Returns height*dst_stride. */
 ZELT_API uint32_t cycbcr_yuv420p16_to_uyvy(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
 
+/* Any depth of 4:2:2 to 012v: `bits` 10, 12 and 16 (or below 10, taken as 10) are cycbcr_yuv422p10/p12/p16_to_012v; 11, 13, 14 and 15 shift right by bits-10 in one pass on the calling thread. */
+ZELT_API uint32_t cycbcr_planar_16_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t bits);
+
+/* ---- 012v to separate 4:2:2 planes, source pitch rules as for the 8-bit
+   destinations. Luma rows of width samples at dst_stride bytes, chroma rows of
+   width/2 samples at dst_stride/2 bytes; both return height*dst_stride*2. ---- */
+
+/* 8-bit planes, each sample rounded to 8 bits. */
+ZELT_API uint32_t cycbcr_012v_to_planar422(uint8_t* y, uint8_t* cb, uint8_t* cr, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+/* 16-bit planes holding the 10-bit values in their low bits. */
+ZELT_API uint32_t cycbcr_012v_to_planar422_16(uint16_t* y, uint16_t* cb, uint16_t* cr, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
+
 /* ---- NV12. Called directly, not through cycbcr_transcode. ---- */
 
 /* Planar 4:2:0 of 10-bit samples (L luma, L/4 Cb, L/4 Cr, L = size/3, size in bytes of the source) to 16-bit NV12 (L luma, then L/4 Cb,Cr pairs), every sample shifted left by 6. Returns 0. */

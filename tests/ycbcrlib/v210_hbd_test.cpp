@@ -264,3 +264,31 @@ TEST(HbdThreaded, WidthThresholdsAndResults) {
 
 }  // namespace
 }  // namespace zelt
+
+namespace zelt {
+namespace {
+
+// Any depth: 10, 12 and 16 bits are the named converters; other depths shift by
+// bits - 10.
+TEST(HbdKernels, AnyDepthPlanarTo012v) {
+  const uint32_t w = 13, h = 3;
+  const Planes p(Src::P16, w, h, 0, 77);
+  for (uint32_t bits : {10u, 11u, 12u, 14u, 15u, 16u}) {
+    std::vector<uint8_t> out(size_t{MinPitch(w)} * h, 0xEE);
+    EXPECT_EQ(cycbcr_planar_16_to_012v(out.data(), p.y.data(), p.cb.data(), p.cr.data(), w, h, 0, p.ss, bits),
+              MinPitch(w) * h);
+    for (uint32_t r = 0; r < h; ++r) {
+      for (uint32_t g = 0; g < 3; ++g) {
+        for (uint32_t i = 0; i < 12; ++i) {
+          const size_t k = size_t{g} * 3 + i / 4;
+          const uint16_t in = i % 4 == 0 ? p.C(p.cb, r, k) : i % 4 == 2 ? p.C(p.cr, r, k) : p.Y(r, 2 * k + i % 4 / 2);
+          ASSERT_EQ(test::GetV012Sample(out.data() + size_t{r} * MinPitch(w) + 16 * g, i), (in >> (bits - 10)) & 0x3FFu)
+              << bits << " bits, row " << r << " group " << g << " sample " << i;
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelt

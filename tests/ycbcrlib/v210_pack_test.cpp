@@ -304,3 +304,41 @@ TEST(V012Pack, DispatcherRoundTripGivesEveryLayoutBack) {
 
 }  // namespace
 }  // namespace zelt
+
+namespace zelt {
+namespace {
+
+// The separate-plane readers: the 16-bit form holds each 10-bit sample as it is,
+// the 8-bit form its rounding, laid out as the P422 route lays out its planes.
+TEST(V012Unpack, SeparatePlanesHoldTheSamplesAndAgreeWithTheP422Route) {
+  for (uint32_t w : {1u, 6u, 13u, 64u, 1280u}) {
+    for (uint32_t ss : {0u, MinPitch(w)}) {
+      const uint32_t h = 5, ds = (w + 3) / 2 * 2;  // even, so 16-bit chroma rows stay aligned
+      const V012Source src(w, h, ss, w);
+      std::vector<uint16_t> y16(size_t{h} * ds), c16(size_t{h} * ds);
+      uint16_t* cb16 = c16.data();
+      uint16_t* cr16 = c16.data() + c16.size() / 2;
+      EXPECT_EQ(cycbcr_012v_to_planar422_16(y16.data(), cb16, cr16, src.bytes.data(), w, h, ds * 2, ss), h * ds * 4);
+      std::vector<uint8_t> p422(size_t{h} * ds * 2, 0), planes(p422.size(), 0);
+      cycbcr_012v_to_p422(p422.data(), src.bytes.data(), w, h, ds, ss);
+      cycbcr_012v_to_planar422(planes.data(), planes.data() + size_t{h} * ds, planes.data() + size_t{h} * ds * 3 / 2,
+                               src.bytes.data(), w, h, ds, ss);
+      EXPECT_EQ(planes, p422) << "w=" << w << " ss=" << ss << ": " << test::FirstDifference(planes, p422);
+      // Reconstruct the 10-bit samples from the bit model and compare.
+      for (uint32_t r = 0; r < h; ++r) {
+        for (uint32_t x = 0; x < w; ++x) {
+          ASSERT_EQ(test::TenBitToEight(y16[size_t{r} * ds + x]), src.Pair(r, x / 2)[1 + 2 * (x & 1)])
+              << "w=" << w << " r=" << r << " x=" << x;
+          ASSERT_LT(y16[size_t{r} * ds + x], 1024) << "w=" << w;
+        }
+        for (uint32_t k = 0; k < w / 2; ++k) {
+          ASSERT_EQ(test::TenBitToEight(cb16[size_t{r} * (ds / 2) + k]), src.Pair(r, k)[0]);
+          ASSERT_EQ(test::TenBitToEight(cr16[size_t{r} * (ds / 2) + k]), src.Pair(r, k)[2]);
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelt
