@@ -288,7 +288,8 @@ TEST(V012Pack, DispatcherRoundTripGivesEveryLayoutBack) {
     for (auto [w, h] : {std::pair{64u, 4u}, std::pair{1280u, 6u}, std::pair{18u, 8u}}) {
       const size_t frame = Planar(L.kind) ? (L.kind == Kind::P422 ? size_t{w} * h * 2 : size_t{w} * h * 3 / 2)
                                           : size_t{w} * h * 2;
-      std::vector<uint8_t> src = test::RandomBytes(frame, w + h);
+      // 16 bytes more: the last group of a width that is not a multiple of 6 reads on.
+      std::vector<uint8_t> src = test::RandomBytes(frame + 16, w + h);
       const uint32_t stride = Planar(L.kind) ? w : 2 * w;
       std::vector<uint8_t> mid(size_t{MinPitch(w)} * h), back(frame, 0);
       // Writers raise a pitch of 0 to the minimum while readers walk it as one run,
@@ -297,6 +298,7 @@ TEST(V012Pack, DispatcherRoundTripGivesEveryLayoutBack) {
       EXPECT_EQ(cycbcr_transcode(mid.data(), src.data(), w, h, pitch, stride, 0u, 0u, v210, L.code), pitch * h)
           << L.name;
       EXPECT_NE(cycbcr_transcode(back.data(), mid.data(), w, h, stride, pitch, 0u, 0u, L.code, v210), 0u) << L.name;
+      src.resize(frame);
       EXPECT_EQ(back, src) << L.name << " w=" << w << ": " << test::FirstDifference(back, src);
     }
   }
