@@ -48,23 +48,38 @@ void UyvyToV012GroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups) {
 }
 
 void V012ToUyvyGroupsAvx2(uint8_t* dst, const uint8_t* src, size_t groups) {
+  // Four groups a step. Lane 0 takes groups 0 and 1, lane 1 groups 2 and 3. The
+  // three fields of every word are narrowed to 16 bits, rounded there, and
+  // packed to bytes: ab holds per lane the low fields (a) of both groups' words,
+  // then the middle fields (b); cc the high fields (c), twice.
   const __m256i mask = _mm256_set1_epi32(0x3FF);
-  const __m256i two = _mm256_set1_epi32(2);
-  const __m256i max8 = _mm256_set1_epi32(255);
-  const __m256i pack = ZELT_LANES(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-  const __m256i join = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
-  // (v + 2) >> 2 capped at 255 is the 10-to-8-bit rule: 1021..1023 give 255.
-  auto round = [&](__m256i v) { return _mm256_min_epu32(_mm256_srli_epi32(_mm256_add_epi32(v, two), 2), max8); };
+  const __m256i two = _mm256_set1_epi16(2);
+  const __m256i headAb = ZELT_LANES(0, 8, -1, 1, 9, -1, 2, 10, -1, 3, 11, -1, 4, 12, -1, 5);
+  const __m256i headCc = ZELT_LANES(-1, -1, 0, -1, -1, 1, -1, -1, 2, -1, -1, 3, -1, -1, 4, -1);
+  const __m256i tailAb = ZELT_LANES(13, -1, 6, 14, -1, 7, 15, -1, -1, -1, -1, -1, -1, -1, -1, -1);
+  const __m256i tailCc = ZELT_LANES(-1, 5, -1, -1, 6, -1, -1, 7, -1, -1, -1, -1, -1, -1, -1, -1);
+  // (v + 2) >> 2, then saturation to 255 in the byte pack: the 10-to-8-bit rule
+  // (1021..1023 all give 255).
+  auto round = [&](__m256i v) { return _mm256_srli_epi16(_mm256_add_epi16(v, two), 2); };
   size_t g = 0;
-  // The store is 32 bytes for 24 of output: keep a group in hand to overwrite the rest.
-  for (; g + 3 <= groups; g += 2) {
-    const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 16 * g));
-    const __m256i a = round(_mm256_and_si256(v, mask));
-    const __m256i b = round(_mm256_and_si256(_mm256_srli_epi32(v, 10), mask));
-    const __m256i c = round(_mm256_and_si256(_mm256_srli_epi32(v, 20), mask));
-    const __m256i bytes = _mm256_or_si256(a, _mm256_or_si256(_mm256_slli_epi32(b, 8), _mm256_slli_epi32(c, 16)));
-    const __m256i out = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(bytes, pack), join);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 12 * g), out);
+  for (; g + 4 <= groups; g += 4) {
+    const uint8_t* s = src + 16 * g;
+    const __m256i v0 = Load2x128(s, s + 32);
+    const __m256i v1 = Load2x128(s + 16, s + 48);
+    auto field = [&](int shift) {
+      return _mm256_packus_epi32(_mm256_and_si256(_mm256_srli_epi32(v0, shift), mask),
+                                 _mm256_and_si256(_mm256_srli_epi32(v1, shift), mask));
+    };
+    const __m256i ab = _mm256_packus_epi16(round(field(0)), round(field(10)));
+    const __m256i c = round(field(20));
+    const __m256i cc = _mm256_packus_epi16(c, c);
+    const __m256i head = _mm256_or_si256(_mm256_shuffle_epi8(ab, headAb), _mm256_shuffle_epi8(cc, headCc));
+    const __m256i tail = _mm256_or_si256(_mm256_shuffle_epi8(ab, tailAb), _mm256_shuffle_epi8(cc, tailCc));
+    uint8_t* d = dst + 12 * g;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm256_castsi256_si128(head));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(d + 16), _mm256_castsi256_si128(tail));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 24), _mm256_extracti128_si256(head, 1));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(d + 40), _mm256_extracti128_si256(tail, 1));
   }
   V012ToUyvyGroups(dst + 12 * g, src + 16 * g, groups - g);
 }
