@@ -292,3 +292,64 @@ TEST(HbdKernels, AnyDepthPlanarTo012v) {
 
 }  // namespace
 }  // namespace zelt
+
+#if defined(__linux__)
+#include <dirent.h>
+
+#include <atomic>
+#include <fstream>
+#include <set>
+#include <string>
+#include <thread>
+
+namespace zelt {
+namespace {
+
+// Names of this process's threads right now.
+std::set<std::string> ThreadNames() {
+  std::set<std::string> names;
+  if (DIR* dir = opendir("/proc/self/task")) {
+    while (dirent* e = readdir(dir)) {
+      if (e->d_name[0] == '.') continue;
+      std::ifstream comm(std::string("/proc/self/task/") + e->d_name + "/comm");
+      std::string name;
+      if (std::getline(comm, name)) names.insert(name);
+    }
+    closedir(dir);
+  }
+  return names;
+}
+
+// The workers carry the converter's thread name while they run.
+TEST(HbdThreaded, WorkersAreNamedAfterTheirConverter) {
+  test::ScopedFeatures baseline(test::kMaskSse41);
+  const struct {
+    HbdFn fn;
+    const char* name;
+  } cases[] = {{cycbcr_yuv422p10_to_012v, "ycbcr422p10"},
+               {cycbcr_yuv422p10_to_uyvy, "ycbcr422p10"},
+               {cycbcr_yuv422p12_to_012v, "ycbcr422p12"},
+               {cycbcr_yuv444p12_to_012v, "yuv444p12"}};
+  const uint32_t w = 4096, h = 256, ss = 2 * w * 2;  // room for 4:4:4 chroma
+  const std::vector<uint16_t> plane(size_t{ss} / 2 * h, 0x155);
+  std::vector<uint8_t> out(size_t{MinPitch(w)} * h);
+  for (const auto& c : cases) {
+    std::atomic<bool> running{true}, found{false};
+    std::thread watcher([&] {
+      while (running.load() && !found.load()) {
+        if (ThreadNames().count(c.name) != 0) found = true;
+      }
+    });
+    // Several calls: the workers are short-lived and the watcher has to catch one.
+    for (int i = 0; i < 20 && !found.load(); ++i) {
+      c.fn(out.data(), plane.data(), plane.data(), plane.data(), w, h, MinPitch(w), ss);
+    }
+    running = false;
+    watcher.join();
+    EXPECT_TRUE(found.load()) << c.name;
+  }
+}
+
+}  // namespace
+}  // namespace zelt
+#endif
