@@ -11,7 +11,10 @@
 #include <vector>
 
 #include "support/buffers.h"
+#include "zelt/direct.h"
+#include "zelt/rfc4175.h"
 #include "zelt/ycbcr.h"
+#include "zelt/ycbcr_v210.h"
 
 namespace fs = std::filesystem;
 
@@ -73,6 +76,37 @@ TEST_F(Tool, ConvertsEveryFrameLikeTheLibrary) {
   for (uint32_t f = 0; f < frames; ++f)
     cycbcr_uyvy_to_yuy2(want.data() + f * stride * h, in.data() + f * stride * h, w, h, stride, stride);
   EXPECT_EQ(Read("out.yuy2"), want);
+}
+
+TEST_F(Tool, JobsOfOtherFamiliesGiveTheLibrarysBytes) {
+  const uint32_t w = 96, h = 4, pitch = 256;  // v210 rows of 96 pixels: 256 bytes
+  struct Case {
+    const char* args;
+    size_t inBytes, outBytes;
+    void (*direct)(uint8_t* out, uint8_t* in);
+  } cases[] = {
+      {"--from ARGB --to BGRA", size_t{w} * 4 * h, size_t{w} * 4 * h,
+       [](uint8_t* out, uint8_t* in) {
+         argb2bgra(reinterpret_cast<uint32_t*>(out), reinterpret_cast<const uint32_t*>(in), uint64_t{w} * h);
+       }},
+      {"--from v210 --to rfc4175", size_t{pitch} * h, size_t{w} * 20 / 8 * h,
+       [](uint8_t* out, uint8_t* in) { zlt_v210_to_YCbCr10Packed(out, in, w, pitch, h, 0); }},
+      {"--from yuv422p10 --to v210", size_t{w} * 4 * h, size_t{pitch} * h,
+       [](uint8_t* out, uint8_t* in) {
+         const auto* y = reinterpret_cast<const uint16_t*>(in);
+         cycbcr_yuv422p10_to_012v(out, y, y + w * h, y + w * h + w / 2 * h, w, h, pitch, w * 2);
+       }},
+  };
+  for (const Case& c : cases) {
+    std::vector<uint8_t> in = zelt::test::RandomBytes(c.inBytes, 7);
+    Write("in", in);
+    const ToolRun r = Zelt(std::string("convert --quiet --size 96x4 ") + c.args + " " + Path("in") + " " + Path("out"));
+    ASSERT_EQ(r.exitCode, 0) << c.args << ": " << r.err;
+    std::vector<uint8_t> want(c.outBytes + 4096, 0);
+    c.direct(want.data(), in.data());
+    want.resize(c.outBytes);
+    EXPECT_EQ(Read("out"), want) << c.args;
+  }
 }
 
 TEST_F(Tool, PaddedStridesAreHonoured) {
