@@ -78,7 +78,9 @@ int CmdDemo(int argc, char** argv) {
   if (ec) Fail("cannot create " + dir + ": " + ec.message());
 
   DemoContext ctx(size.w, size.h, dir);
-  for (const auto& steps : DemoSteps()) steps(ctx);
+  auto steps = DemoSteps();
+  std::stable_sort(steps.begin(), steps.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (const auto& s : steps) s.second(ctx);
 
   std::printf("%-44s %10s  %s\n", "step", "ms", "result");
   for (const auto& r : ctx.rows) {

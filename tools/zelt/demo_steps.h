@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zelt::tool {
@@ -31,9 +32,10 @@ struct DemoContext {
 };
 
 using DemoSteps_t = std::function<void(DemoContext&)>;
-std::vector<DemoSteps_t>& DemoSteps();
+// Registered steps with their place in the demo (lower runs first).
+std::vector<std::pair<int, DemoSteps_t>>& DemoSteps();
 struct DemoRegistration {
-  explicit DemoRegistration(DemoSteps_t s) { DemoSteps().push_back(std::move(s)); }
+  DemoRegistration(int order, DemoSteps_t s) { DemoSteps().emplace_back(order, std::move(s)); }
 };
 
 }  // namespace zelt::tool

@@ -11,8 +11,8 @@
 
 namespace zelt::tool {
 
-std::vector<DemoSteps_t>& DemoSteps() {
-  static std::vector<DemoSteps_t> steps;
+std::vector<std::pair<int, DemoSteps_t>>& DemoSteps() {
+  static std::vector<std::pair<int, DemoSteps_t>> steps;
   return steps;
 }
 
@@ -81,7 +81,7 @@ void Steps(DemoContext& c) {
   }
 }
 
-const DemoRegistration kRegistration(Steps);
+const DemoRegistration kRegistration(10, Steps);
 
 }  // namespace
 
