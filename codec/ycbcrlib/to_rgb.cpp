@@ -1,9 +1,11 @@
 // 8-bit YCbCr to RGB: the general converter, its fast-path front, the 16-bit and
 // planar-output variants and the format-named converters.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "ycbcrlib/ipp_decode.h"
+#include "ycbcrlib/to_rgb_kernels.h"
 #include "ycbcrlib/to_rgb_pixels.h"
 #include "zelt/frame/matrices.h"
 #include "zelt/frame/qrutil.h"
@@ -43,7 +45,21 @@ void WalkFrame(const Walk& w, Sink& sink) {
       cbp = w.cb + off;
       crp = w.cr + off;
     }
-    for (uint32_t x = 0; x < w.width; x += 2) {
+    uint32_t x = 0;
+    if constexpr (requires { sink.Bulk(yp, cbp, crp, size_t{0}); }) {
+      const size_t done = sink.Bulk(yp, cbp, crp, (size_t{w.width} + 1) / 2);
+      x = static_cast<uint32_t>(2 * done);
+      if constexpr (S == Source::Packed) {
+        yp += 4 * done;
+        cbp += 4 * done;
+        crp += 4 * done;
+      } else {
+        yp += 2 * done;
+        cbp += done;
+        crp += done;
+      }
+    }
+    for (; x < w.width; x += 2) {
       sink.Pair(x, yp[0], yp[kSecondLuma], *cbp, *crp);
       if constexpr (S == Source::Packed) {
         yp += 4;
@@ -83,6 +99,32 @@ struct Rgb8Sink {
     PutPixel<Bpp, Order>(d + kBytes, DecodePixel8(m, y1, c));
   }
 };
+
+#if defined(__x86_64__) || defined(_M_X64)
+// 32-bit output with whole blocks of four pairs done by the 256-bit kernels.
+template <int Order>
+struct Rgb32VectorSink : Rgb8Sink<32, Order> {
+  bool packed;
+  int yAt, cbAt, crAt;  // packed: sample offsets within a group
+
+  size_t Bulk(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, size_t pairs) {
+    if (packed) return PackedPairsToRgb32Avx2(this->row, y - yAt, yAt, cbAt, crAt, pairs, this->m, Order);
+    return PlanarPairsToRgb32Avx2(this->row, y, cb, cr, pairs, this->m, Order);
+  }
+};
+
+// Offsets of packed samples relative to their group when the 256-bit kernel can
+// read them: all within one group and the second luma too.
+bool PackedOffsets(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int* yAt, int* cbAt, int* crAt) {
+  const uint8_t* base = std::min({y, cb, cr});
+  const ptrdiff_t a = y - base, b = cb - base, c = cr - base;
+  if (a > 1 || b > 3 || c > 3) return false;
+  *yAt = static_cast<int>(a);
+  *cbAt = static_cast<int>(b);
+  *crAt = static_cast<int>(c);
+  return true;
+}
+#endif
 
 inline void Put16(uint8_t* d, uint16_t v) {
   d[0] = static_cast<uint8_t>(v);
@@ -158,6 +200,17 @@ uint64_t ToRgb8(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t
   if (height == 0) return result;
   const YcbcrToRgbMatrix& m = YcbcrToRgb10000(matrix);
   const Walk w = MakeWalk(y, cb, cr, width, height, flags, fullChromaRows);
+#if defined(__x86_64__) || defined(_M_X64)
+  int yAt = 0, cbAt = 0, crAt = 0;
+  if (S != Source::Nv12 && bitsPerPixel == 32 && UseAvx2() &&
+      (planar != 0 || PackedOffsets(y, cb, cr, &yAt, &cbAt, &crAt))) {
+    WithPixelWriter(32, ChannelOrder(flags), [&]<int Bpp, int Order>() {
+      Rgb32VectorSink<Order> sink{{dst, dstStride, m}, planar == 0, yAt, cbAt, crAt};
+      WalkFrameAs<S>(planar != 0, w, sink);
+    });
+    return result;
+  }
+#endif
   WithPixelWriter(bitsPerPixel, ChannelOrder(flags), [&]<int Bpp, int Order>() {
     Rgb8Sink<Bpp, Order> sink{dst, dstStride, m};
     WalkFrameAs<S>(planar != 0, w, sink);

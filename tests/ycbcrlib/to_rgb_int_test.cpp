@@ -77,9 +77,11 @@ TEST(ToRgbInt, ResultIgnoresStrideAndUnknownPixelSizesWriteNothing) {
     uint64_t perPixel;
   } cases[] = {{15, 2}, {16, 2}, {24, 3}, {32, 4}, {8, 4}, {0, 4}, {48, 4}};
   for (const auto& c : cases) {
-    EXPECT_EQ(cycbcr_ToRGBInt(dst.data(), src.data(), src.data(), src.data(), 5, 3, 1000, 7, 0, 0, 1, 1, c.bpp, 3),
-              c.perPixel * 15)
-        << c.bpp;
+    for (uint32_t ds : {0u, 24u, 70u}) {
+      EXPECT_EQ(cycbcr_ToRGBInt(dst.data(), src.data(), src.data(), src.data(), 5, 3, ds, 7, 0, 0, 1, 1, c.bpp, 3),
+                c.perPixel * 15)
+          << c.bpp;
+    }
   }
   std::vector<uint8_t> untouched(256, 0xEE);
   EXPECT_EQ(cycbcr_ToRGBInt(untouched.data(), src.data(), src.data(), src.data(), 4, 2, 16, 4, 0, 0, 1, 1, 8, 2),
@@ -242,6 +244,29 @@ TEST(ToRgbInt, FramesMatchThePixelRules) {
           }
         }
       }
+    }
+  }
+}
+
+// The 256-bit path divides in float; a large random frame per matrix id, packed
+// and planar, every channel order, must still come out byte for byte.
+TEST(ToRgbInt, VectorDecodeMatchesOverManySamples) {
+  if (!test::HostHasAvx2()) GTEST_SKIP() << "no AVX2";
+  const uint32_t w = 1024, h = 256;
+  const std::vector<uint8_t> src = test::RandomBytes(size_t{w} * h * 2, 99);
+  for (uint32_t matrix = 0; matrix < 8; ++matrix) {
+    for (uint32_t planar : {0u, 1u}) {
+      const uint8_t* s = src.data();
+      const auto paths = test::RunEveryPath([&] {
+        std::vector<uint8_t> dst(size_t{w} * h * 4);
+        const uint8_t* cb = planar ? s + size_t{w} * h : s;
+        cycbcr_ToRGBInt(dst.data(), planar ? s : s + 1, cb, planar ? cb + size_t{w} * h / 2 : s + 2, w, h, 4 * w, 0,
+                        matrix, matrix % 4, 1, planar, 32, 0);
+        return dst;
+      });
+      ASSERT_EQ(paths.size(), 2u);
+      ASSERT_EQ(paths[0].bytes, paths[1].bytes) << "id " << matrix << " planar " << planar << ": "
+                                                << test::FirstDifference(paths[0].bytes, paths[1].bytes);
     }
   }
 }
