@@ -11,9 +11,7 @@
 namespace zelt::ycbcr::ipp_decode {
 namespace {
 
-struct Q16 {
-  int32_t yOffset, yScale, crToR, crToG, cbToG, cbToB;
-};
+using Q16 = FixedSet;
 
 constexpr int32_t Fix(double c) { return static_cast<int32_t>(c * 65536.0 + 0.5); }
 
@@ -73,6 +71,8 @@ void Packed422(const Q16& k, const uint8_t* src, int32_t srcStep, uint8_t* dst, 
 }
 
 }  // namespace
+
+const FixedSet& FixedCoefficients(Set set) { return kSets[static_cast<int>(set)]; }
 
 void DecodeBgr(Set set, int y, int cb, int cr, uint8_t* bgr) { Bgr(kSets[static_cast<int>(set)], y, cb, cr, bgr); }
 

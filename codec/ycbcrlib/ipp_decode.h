@@ -21,13 +21,25 @@ enum class Set : uint8_t {
   Bt709Hdtv,  // R = Y + 1.540(Cr-128), G = Y - 0.459(Cr-128) - 0.183(Cb-128), B = Y + 1.816(Cb-128)
 };
 
-// One pixel of a set, exposed for tests: writes B, G, R to bgr[0..2].
+// A set in 16.16 fixed point: weights rounded to the nearest 1/65536.
+struct FixedSet {
+  int32_t yOffset, yScale, crToR, crToG, cbToG, cbToB;
+};
+const FixedSet& FixedCoefficients(Set set);
+
+// One pixel of a set: writes B, G, R to bgr[0..2].
 void DecodeBgr(Set set, int y, int cb, int cr, uint8_t* bgr);
 
 // ippiYCbCr420ToBGR_8u_P3C4R (Bt601) and ippiYCbCr420ToBGR_709HDTV_8u_P3C4R
 // (Bt709Hdtv): planes Y, Cb, Cr, chroma at (x/2, y/2); writes B, G, R, alpha.
 void YCbCr420ToBgrC4(Set set, const uint8_t* const planes[3], const int32_t steps[3], uint8_t* dst, int32_t dstStep,
                      uint32_t width, uint32_t height, uint8_t alpha);
+
+// The same with whole blocks of eight pixels in 256-bit vectors (same bytes; any
+// set, so the CSC set widened to four bytes is one pass with a row step of
+// width * 4).
+void YCbCr420ToBgrC4Avx2(Set set, const uint8_t* const planes[3], const int32_t steps[3], uint8_t* dst,
+                         int32_t dstStep, uint32_t width, uint32_t height, uint8_t alpha);
 
 // ippiYCbCr420ToBGR_709CSC_8u_P3C3R: as above with the CSC set, 3-byte B, G, R.
 void YCbCr420ToBgr709CscC3(const uint8_t* const planes[3], const int32_t steps[3], uint8_t* dst, int32_t dstStep,

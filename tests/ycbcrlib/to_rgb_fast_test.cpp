@@ -94,6 +94,32 @@ TEST(ToRgbFast, Planar420ThirtyTwoBitsTopDownTakesTheRoundedPath) {
   }
 }
 
+TEST(ToRgbFast, VectorPathGivesTheSameBytes) {
+  uint32_t seed = 40;
+  for (uint32_t w : test::InterestingWidths()) {
+    if (w > 300) continue;
+    for (uint32_t h : {1u, 2u, 5u}) {
+      for (uint32_t matrix : {0u, 2u, 3u, 4u, 5u, 7u}) {
+        const uint32_t srcStride = w + (seed % 3) * 8, ds = 4 * w + (seed % 2) * 4;
+        const Planes420 f(w, h, srcStride, ++seed);
+        const size_t size = size_t{h} * ds;
+        const auto paths = test::RunEveryPath([&] {
+          test::GuardedBuffer dst(size);
+          dst.Fill(0x33);
+          cycbcr_ToRGB(dst.data(), f.y.data(), f.cb.data(), f.cr.data(), w, h, ds, srcStride, matrix, 0, 0, 1, 32,
+                       srcStride / 2);
+          EXPECT_TRUE(dst.GuardsIntact());
+          return dst.Bytes();
+        });
+        for (const auto& p : paths) {
+          ASSERT_EQ(p.bytes, paths[0].bytes) << p.path << " w " << w << " h " << h << " id " << matrix << ": "
+                                             << test::FirstDifference(p.bytes, paths[0].bytes);
+        }
+      }
+    }
+  }
+}
+
 TEST(ToRgbFast, OnlyFlagsZeroTakesTheRoundedPath) {
   const uint32_t w = 16, h = 4;
   const Planes420 f(w, h, w, 5);
