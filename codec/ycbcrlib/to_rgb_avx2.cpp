@@ -19,16 +19,26 @@
 namespace zelt::ycbcr {
 namespace {
 
+// Products are formed with 16-bit multiply-adds on the raw samples: each 32-bit
+// lane holds a pair (Y, C) or (C, 0) and meets a pair of weights, the offsets and
+// chroma centres being folded into one constant per channel.
 struct Coefs {
-  __m256i yOffset, yScale2, one, crToR2, cbToG2, crToG2, cbToB2, centre, alpha;
+  __m256i yCrToR, yCbToB, yCbToG, crToG;  // 16-bit weight pairs
+  __m256i kR, kG, kB;                     // 1 - 2 * (folded offsets)
+  __m256i alpha;
   __m256 scale;
   __m256i order;  // byte shuffle from B0-3 G0-3 R0-3 A0-3 (per lane) to pixels
 
+  static __m256i Pair(int32_t lo, int32_t hi) {
+    return _mm256_set1_epi32(static_cast<int32_t>((static_cast<uint32_t>(hi) << 16) | (static_cast<uint32_t>(lo) & 0xFFFF)));
+  }
+
   Coefs(const YcbcrToRgbMatrix& m, uint32_t channelOrder)
-      : yOffset(_mm256_set1_epi32(m.yOffset)), yScale2(_mm256_set1_epi32(2 * m.yScale)),
-        one(_mm256_set1_epi32(1)), crToR2(_mm256_set1_epi32(2 * m.crToR)), cbToG2(_mm256_set1_epi32(2 * m.cbToG)),
-        crToG2(_mm256_set1_epi32(2 * m.crToG)), cbToB2(_mm256_set1_epi32(2 * m.cbToB)),
-        centre(_mm256_set1_epi32(128)), alpha(_mm256_set1_epi32(255)), scale(_mm256_set1_ps(1.0f / 20000.0f)) {
+      : yCrToR(Pair(m.yScale, m.crToR)), yCbToB(Pair(m.yScale, m.cbToB)), yCbToG(Pair(m.yScale, -m.cbToG)),
+        crToG(Pair(-m.crToG, 0)), kR(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + 128 * m.crToR))),
+        kG(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset - 128 * (m.cbToG + m.crToG)))),
+        kB(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + 128 * m.cbToB))), alpha(_mm256_set1_epi32(255)),
+        scale(_mm256_set1_ps(1.0f / 20000.0f)) {
     // Channel positions within each pixel, as indices 0 (B), 4 (G), 8 (R), 12 (A).
     static const int8_t kPos[4][4] = {{0, 4, 8, 12}, {12, 0, 4, 8}, {8, 4, 0, 12}, {12, 8, 4, 0}};
     alignas(32) int8_t mask[32];
@@ -41,46 +51,52 @@ struct Coefs {
   }
 };
 
+// trunc((2x + 1) / 20000) for the 32-bit integers 2x + 1.
 inline __m256i Quotient(const Coefs& k, __m256i twoXPlusOne) {
   return _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(twoXPlusOne), k.scale));
 }
 
-// Eight pixels from luma and (already duplicated) chroma in 32-bit lanes; lane 0
-// holds pixels 0-3 and lane 1 pixels 4-7. Writes 32 bytes.
-inline void Decode8(const Coefs& k, __m256i y, __m256i cb, __m256i cr, uint8_t* dst) {
-  const __m256i u = _mm256_sub_epi32(cb, k.centre), v = _mm256_sub_epi32(cr, k.centre);
-  const __m256i y2 = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_sub_epi32(y, k.yOffset), k.yScale2), k.one);
-  const __m256i r = Quotient(k, _mm256_add_epi32(y2, _mm256_mullo_epi32(v, k.crToR2)));
+inline __m256i TwoXPlusOne(__m256i raw, __m256i k) { return _mm256_add_epi32(_mm256_slli_epi32(raw, 1), k); }
+
+// Eight pixels; lane 0 holds pixels 0-3 and lane 1 pixels 4-7. `yCr` and `yCb`
+// carry (Y, Cr) and (Y, Cb) per 32-bit lane, `cr0` (Cr, 0). Writes 32 bytes.
+inline void Decode8(const Coefs& k, __m256i yCr, __m256i yCb, __m256i cr0, uint8_t* dst) {
+  const __m256i r = Quotient(k, TwoXPlusOne(_mm256_madd_epi16(yCr, k.yCrToR), k.kR));
   const __m256i g = Quotient(
-      k, _mm256_sub_epi32(y2, _mm256_add_epi32(_mm256_mullo_epi32(u, k.cbToG2), _mm256_mullo_epi32(v, k.crToG2))));
-  const __m256i b = Quotient(k, _mm256_add_epi32(y2, _mm256_mullo_epi32(u, k.cbToB2)));
-  const __m256i bg = _mm256_packus_epi32(b, g);
-  const __m256i ra = _mm256_packus_epi32(r, k.alpha);
-  const __m256i bytes = _mm256_packus_epi16(bg, ra);  // per lane: B0-3 G0-3 R0-3 A0-3
+      k, TwoXPlusOne(_mm256_add_epi32(_mm256_madd_epi16(yCb, k.yCbToG), _mm256_madd_epi16(cr0, k.crToG)), k.kG));
+  const __m256i b = Quotient(k, TwoXPlusOne(_mm256_madd_epi16(yCb, k.yCbToB), k.kB));
+  const __m256i bytes = _mm256_packus_epi16(_mm256_packus_epi32(b, g), _mm256_packus_epi32(r, k.alpha));
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm256_shuffle_epi8(bytes, k.order));
 }
-
-inline __m256i Widen8(__m128i bytes) { return _mm256_cvtepu8_epi32(bytes); }
 
 }  // namespace
 
 size_t PackedPairsToRgb32Avx2(uint8_t* dst, const uint8_t* groups, int yAt, int cbAt, int crAt, size_t pairs,
                               const YcbcrToRgbMatrix& m, uint32_t order) {
   const Coefs k(m, order);
-  alignas(16) int8_t ys[16], cbs[16], crs[16];
-  for (int i = 0; i < 16; ++i) {
-    ys[i] = i < 8 ? static_cast<int8_t>(yAt + 2 * i) : -1;
-    cbs[i] = i < 8 ? static_cast<int8_t>(cbAt + 4 * (i / 2)) : -1;
-    crs[i] = i < 8 ? static_cast<int8_t>(crAt + 4 * (i / 2)) : -1;
+  // Per lane (pixels 4L..4L+3 of the 16 source bytes): byte selectors building the
+  // 16-bit pairs (Y, Cr), (Y, Cb) and (Cr, 0) of each pixel.
+  alignas(32) int8_t yCrSel[32], yCbSel[32], crSel[32];
+  for (int i = 0; i < 8; ++i) {
+    const int at = 4 * i;
+    const int8_t y = static_cast<int8_t>(yAt + 2 * i), cb = static_cast<int8_t>(cbAt + 4 * (i / 2)),
+                 cr = static_cast<int8_t>(crAt + 4 * (i / 2));
+    const int8_t yCr[4] = {y, -1, cr, -1}, yCb[4] = {y, -1, cb, -1}, c0[4] = {cr, -1, -1, -1};
+    for (int j = 0; j < 4; ++j) {
+      yCrSel[at + j] = yCr[j];
+      yCbSel[at + j] = yCb[j];
+      crSel[at + j] = c0[j];
+    }
   }
-  const __m128i ySel = _mm_load_si128(reinterpret_cast<const __m128i*>(ys));
-  const __m128i cbSel = _mm_load_si128(reinterpret_cast<const __m128i*>(cbs));
-  const __m128i crSel = _mm_load_si128(reinterpret_cast<const __m128i*>(crs));
+  const __m256i selYCr = _mm256_load_si256(reinterpret_cast<const __m256i*>(yCrSel));
+  const __m256i selYCb = _mm256_load_si256(reinterpret_cast<const __m256i*>(yCbSel));
+  const __m256i selCr = _mm256_load_si256(reinterpret_cast<const __m256i*>(crSel));
   const size_t blocks = pairs / 4;
   for (size_t i = 0; i < blocks; ++i) {
-    const __m128i g = _mm_loadu_si128(reinterpret_cast<const __m128i*>(groups + 16 * i));
-    Decode8(k, Widen8(_mm_shuffle_epi8(g, ySel)), Widen8(_mm_shuffle_epi8(g, cbSel)),
-            Widen8(_mm_shuffle_epi8(g, crSel)), dst + 32 * i);
+    const __m256i g =
+        _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(groups + 16 * i)));
+    Decode8(k, _mm256_shuffle_epi8(g, selYCr), _mm256_shuffle_epi8(g, selYCb), _mm256_shuffle_epi8(g, selCr),
+            dst + 32 * i);
   }
   return blocks * 4;
 }
@@ -94,9 +110,11 @@ size_t PlanarPairsToRgb32Avx2(uint8_t* dst, const uint8_t* y, const uint8_t* cb,
     int32_t cb4, cr4;
     std::memcpy(&cb4, cb + 4 * i, 4);
     std::memcpy(&cr4, cr + 4 * i, 4);
-    Decode8(k, Widen8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(y + 8 * i))),
-            Widen8(_mm_shuffle_epi8(_mm_cvtsi32_si128(cb4), dup)), Widen8(_mm_shuffle_epi8(_mm_cvtsi32_si128(cr4), dup)),
-            dst + 32 * i);
+    const __m128i y8 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(y + 8 * i));
+    const __m128i cb8 = _mm_shuffle_epi8(_mm_cvtsi32_si128(cb4), dup);
+    const __m128i cr8 = _mm_shuffle_epi8(_mm_cvtsi32_si128(cr4), dup);
+    Decode8(k, _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(y8, cr8)), _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(y8, cb8)),
+            _mm256_cvtepu8_epi32(cr8), dst + 32 * i);
   }
   return blocks * 4;
 }
