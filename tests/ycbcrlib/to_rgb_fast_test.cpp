@@ -139,7 +139,7 @@ TEST(ToRgbFast, OnlyFlagsZeroTakesTheRoundedPath) {
   EXPECT_EQ(fast6, fast0);
   EXPECT_NE(int6, int0);
   // 4:2:2 planar, packed input and other pixel sizes never take it.
-  EXPECT_EQ(cycbcr_ToRGB(a.data(), f.y.data(), f.cb.data(), f.cr.data(), w, h, 4 * w + 16, w, 0, 0, 1, 1, 32, 8),
+  EXPECT_EQ(cycbcr_ToRGB(a.data(), f.y.data(), f.y.data(), f.y.data(), w, h, 4 * w + 16, w, 0, 0, 1, 1, 32, 8),
             uint64_t{w} * h * 4);
   EXPECT_EQ(cycbcr_ToRGB(b.data(), a.data() + 1, a.data(), a.data() + 2, w, h, 4 * w + 16, w, 0, 0, 0, 0, 32, 8),
             uint64_t{w} * h * 4);

@@ -127,7 +127,9 @@ Frame MakeSource(const KindInfo& k, uint32_t w, uint32_t h, uint32_t seed) {
     return f;
   }
   const size_t chroma = k.fullChroma ? luma / 2 : luma / 4;
-  f.bytes = test::RandomBytes(luma + 2 * chroma + 4 * size_t{h} + 64, seed);
+  // Odd heights have a last chroma row of their own and odd widths read on past
+  // each plane: leave room behind the frame for both.
+  f.bytes = test::RandomBytes(luma + 2 * chroma + 2 * Even(w) + 4 * size_t{h} + 64, seed);
   const bool crFirst = k.kind == Kind::Yv12;
   f.cbPlane = crFirst ? luma + chroma : luma;
   f.crPlane = crFirst ? luma : luma + chroma;
