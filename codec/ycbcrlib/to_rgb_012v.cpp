@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "ycbcrlib/to_rgb_kernels.h"
 #include "ycbcrlib/to_rgb_pixels.h"
 #include "zelt/frame/formats.h"
 #include "zelt/frame/matrices.h"
@@ -55,6 +56,41 @@ void V012Frame(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height
   }
 }
 
+#if defined(__x86_64__) || defined(_M_X64)
+// 32-bit output with a row pitch: the row is unpacked 48 pixels at a time into
+// 16-bit samples on the stack and decoded by the 256-bit kernel; the last
+// incomplete chunk of a row goes through the portable pixel loop.
+template <int Order>
+void V012FrameAvx2(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride,
+                   uint32_t pitch, const YcbcrToRgbMatrix& m, bool bottomUp) {
+  constexpr uint32_t kChunk = 48;
+  alignas(32) uint16_t ys[kChunk], cbs[kChunk / 2], crs[kChunk / 2];
+  for (uint32_t r = 0; r < height; ++r) {
+    uint8_t* d = dst + size_t{bottomUp ? height - 1 - r : r} * dstStride;
+    const uint8_t* row = src + size_t{r} * pitch;
+    uint32_t x = 0;
+    for (; x + kChunk <= width; x += kChunk) {
+      for (uint32_t g = 0; g < kChunk / 6; ++g) {
+        const Group s = Unpack(row + (size_t{x} / 6 + g) * 16);
+        for (int i = 0; i < 6; ++i) ys[6 * g + i] = static_cast<uint16_t>(s.y[i]);
+        for (int i = 0; i < 3; ++i) {
+          cbs[3 * g + i] = static_cast<uint16_t>(s.cb[i]);
+          crs[3 * g + i] = static_cast<uint16_t>(s.cr[i]);
+        }
+      }
+      Planar16PairsToRgb32Avx2(d + size_t{x} * 4, ys, cbs, crs, kChunk / 2, m, 512, Order);
+    }
+    for (; x < width; x += 6) {
+      const Group g = Unpack(row + size_t{x} / 6 * 16);
+      for (uint32_t k = 0; k < 6 && x + k < width; ++k) {
+        const ChromaTerms c = MakeChromaTerms(m, g.cb[k / 2] - 512, g.cr[k / 2] - 512);
+        PutPixel<32, Order>(d + size_t{x + k} * 4, DecodePixel8(m, g.y[k], c));
+      }
+    }
+  }
+}
+#endif
+
 uint32_t V012ToRgb(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride,
                    uint32_t srcStride, uint32_t matrix, uint32_t flags, uint32_t bitsPerPixel) {
   SimdGuard();
@@ -62,6 +98,14 @@ uint32_t V012ToRgb(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t he
   const uint32_t pitch = V012Pitch(width, srcStride);
   const YcbcrToRgbMatrix& m = YcbcrToRgb10Bit8(matrix);
   const bool bottomUp = (flags & kBottomUp) != 0;
+#if defined(__x86_64__) || defined(_M_X64)
+  if (bitsPerPixel == 32 && pitch != 0 && UseAvx2()) {
+    WithPixelWriter(32, ChannelOrder(flags), [&]<int Bpp, int Order>() {
+      V012FrameAvx2<Order>(dst, src, width, height, dstStride, pitch, m, bottomUp);
+    });
+    return result;
+  }
+#endif
   WithPixelWriter(bitsPerPixel, ChannelOrder(flags), [&]<int Bpp, int Order>() {
     V012Frame<Bpp, Order>(dst, src, width, height, dstStride, pitch, m, bottomUp);
   });

@@ -33,11 +33,11 @@ struct Coefs {
     return _mm256_set1_epi32(static_cast<int32_t>((static_cast<uint32_t>(hi) << 16) | (static_cast<uint32_t>(lo) & 0xFFFF)));
   }
 
-  Coefs(const YcbcrToRgbMatrix& m, uint32_t channelOrder)
+  Coefs(const YcbcrToRgbMatrix& m, uint32_t channelOrder, int32_t centre = 128)
       : yCrToR(Pair(m.yScale, m.crToR)), yCbToB(Pair(m.yScale, m.cbToB)), yCbToG(Pair(m.yScale, -m.cbToG)),
-        crToG(Pair(-m.crToG, 0)), kR(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + 128 * m.crToR))),
-        kG(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset - 128 * (m.cbToG + m.crToG)))),
-        kB(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + 128 * m.cbToB))), alpha(_mm256_set1_epi32(255)),
+        crToG(Pair(-m.crToG, 0)), kR(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + centre * m.crToR))),
+        kG(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset - centre * (m.cbToG + m.crToG)))),
+        kB(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + centre * m.cbToB))), alpha(_mm256_set1_epi32(255)),
         scale(_mm256_set1_ps(1.0f / 20000.0f)) {
     // Channel positions within each pixel, as indices 0 (B), 4 (G), 8 (R), 12 (A).
     static const int8_t kPos[4][4] = {{0, 4, 8, 12}, {12, 0, 4, 8}, {8, 4, 0, 12}, {12, 8, 4, 0}};
@@ -115,6 +115,22 @@ size_t PlanarPairsToRgb32Avx2(uint8_t* dst, const uint8_t* y, const uint8_t* cb,
     const __m128i cr8 = _mm_shuffle_epi8(_mm_cvtsi32_si128(cr4), dup);
     Decode8(k, _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(y8, cr8)), _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(y8, cb8)),
             _mm256_cvtepu8_epi32(cr8), dst + 32 * i);
+  }
+  return blocks * 4;
+}
+
+size_t Planar16PairsToRgb32Avx2(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
+                                size_t pairs, const YcbcrToRgbMatrix& m, int32_t centre, uint32_t order) {
+  const Coefs k(m, order, centre);
+  const __m128i dup = _mm_setr_epi8(0, 1, 0, 1, 2, 3, 2, 3, 4, 5, 4, 5, 6, 7, 6, 7);
+  const size_t blocks = pairs / 4;
+  for (size_t i = 0; i < blocks; ++i) {
+    const __m128i y8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + 8 * i));
+    const __m128i cb8 = _mm_shuffle_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cb + 4 * i)), dup);
+    const __m128i cr8 = _mm_shuffle_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cr + 4 * i)), dup);
+    const __m256i yCr = _mm256_set_m128i(_mm_unpackhi_epi16(y8, cr8), _mm_unpacklo_epi16(y8, cr8));
+    const __m256i yCb = _mm256_set_m128i(_mm_unpackhi_epi16(y8, cb8), _mm_unpacklo_epi16(y8, cb8));
+    Decode8(k, yCr, yCb, _mm256_cvtepu16_epi32(cr8), dst + 32 * i);
   }
   return blocks * 4;
 }
