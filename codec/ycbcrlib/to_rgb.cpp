@@ -305,8 +305,9 @@ ZELT_API uint64_t cycbcr_ToRGBInt(uint8_t* dst, const uint8_t* y, const uint8_t*
                                   uint32_t matrix, uint32_t flags, uint32_t fullChromaRows, uint32_t planar,
                                   uint32_t bitsPerPixel, uint32_t /*chromaStride*/) {
   SimdGuard();
-  // The portable rows are the definition; a 256-bit twin for planar 4:2:2 at 32
-  // bits would slot in here and must give the same bytes.
+  // The portable pair rule is the definition. At level 5, 32-bit output from
+  // packed or planar input (4:2:2 or 4:2:0) runs whole blocks of four pairs
+  // through the 256-bit kernel, which gives the same bytes.
   return ToRgb8<Source::Planar>(dst, y, cb, cr, width, height, dstStride, matrix, flags, fullChromaRows, planar,
                                 bitsPerPixel);
 }

@@ -3,11 +3,12 @@
 // Exactness of the division: for an integer x the portable rule wants
 // trunc(x / 10000) clamped to 0..255. Negative x can only give 0, and anything of
 // 2560000 or more gives 255, so only 0 <= x < 2560000 needs an exact floor. The
-// kernel forms 2x + 1 in 32-bit integers (|2x + 1| < 2^24, so exact in float),
-// multiplies by fl(1/20000) and truncates. (x + 0.5) / 10000 lies at least
-// 0.00005 away from every integer, and the two float roundings move it by at most
-// 2^-23 * 256 < 0.000031 below 256, so the truncation is floor(x / 10000). The
-// saturating packs then clamp to 0..255.
+// kernel converts x to float (|x| < 2^23: exact), multiplies by c = fl(10^-4 *
+// (1 + 2^-22)), that is 1/10000 raised by 2^-22, and truncates. Against the
+// two float roundings (each at most 2^-24 relative) the raise keeps an exact
+// multiple 10000k at or above k, and keeps 10000k + 9999 below k + 1 (k < 256:
+// the raise adds at most 256 * 3.6e-7 < 0.0001). Negative x truncate toward zero
+// to at most 0. The saturating packs then clamp to 0..255.
 #if defined(__x86_64__) || defined(_M_X64)
 
 #include <immintrin.h>
@@ -24,7 +25,7 @@ namespace {
 // chroma centres being folded into one constant per channel.
 struct Coefs {
   __m256i yCrToR, yCbToB, yCbToG, crToG;  // 16-bit weight pairs
-  __m256i kR, kG, kB;                     // 1 - 2 * (folded offsets)
+  __m256i kR, kG, kB;                     // folded offsets and centres, negated
   __m256i alpha;
   __m256 scale;
   __m256i order;  // byte shuffle from B0-3 G0-3 R0-3 A0-3 (per lane) to pixels
@@ -35,10 +36,10 @@ struct Coefs {
 
   Coefs(const YcbcrToRgbMatrix& m, uint32_t channelOrder, int32_t centre = 128)
       : yCrToR(Pair(m.yScale, m.crToR)), yCbToB(Pair(m.yScale, m.cbToB)), yCbToG(Pair(m.yScale, -m.cbToG)),
-        crToG(Pair(-m.crToG, 0)), kR(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + centre * m.crToR))),
-        kG(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset - centre * (m.cbToG + m.crToG)))),
-        kB(_mm256_set1_epi32(1 - 2 * (m.yScale * m.yOffset + centre * m.cbToB))), alpha(_mm256_set1_epi32(255)),
-        scale(_mm256_set1_ps(1.0f / 20000.0f)) {
+        crToG(Pair(-m.crToG, 0)), kR(_mm256_set1_epi32(-(m.yScale * m.yOffset + centre * m.crToR))),
+        kG(_mm256_set1_epi32(-(m.yScale * m.yOffset - centre * (m.cbToG + m.crToG)))),
+        kB(_mm256_set1_epi32(-(m.yScale * m.yOffset + centre * m.cbToB))), alpha(_mm256_set1_epi32(255)),
+        scale(_mm256_set1_ps(static_cast<float>(1.0e-4 * (1.0 + 1.0 / 4194304.0)))) {
     // Channel positions within each pixel, as indices 0 (B), 4 (G), 8 (R), 12 (A).
     static const int8_t kPos[4][4] = {{0, 4, 8, 12}, {12, 0, 4, 8}, {8, 4, 0, 12}, {12, 8, 4, 0}};
     alignas(32) int8_t mask[32];
@@ -51,20 +52,20 @@ struct Coefs {
   }
 };
 
-// trunc((2x + 1) / 20000) for the 32-bit integers 2x + 1.
-inline __m256i Quotient(const Coefs& k, __m256i twoXPlusOne) {
-  return _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(twoXPlusOne), k.scale));
+// floor(x / 10000) for 0 <= x < 2560000, at most 0 below (see the top).
+inline __m256i Quotient(const Coefs& k, __m256i x) {
+  return _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(x), k.scale));
 }
 
-inline __m256i TwoXPlusOne(__m256i raw, __m256i k) { return _mm256_add_epi32(_mm256_slli_epi32(raw, 1), k); }
+inline __m256i Offset(__m256i raw, __m256i k) { return _mm256_add_epi32(raw, k); }
 
 // Eight pixels; lane 0 holds pixels 0-3 and lane 1 pixels 4-7. `yCr` and `yCb`
 // carry (Y, Cr) and (Y, Cb) per 32-bit lane, `cr0` (Cr, 0). Writes 32 bytes.
 inline void Decode8(const Coefs& k, __m256i yCr, __m256i yCb, __m256i cr0, uint8_t* dst) {
-  const __m256i r = Quotient(k, TwoXPlusOne(_mm256_madd_epi16(yCr, k.yCrToR), k.kR));
+  const __m256i r = Quotient(k, Offset(_mm256_madd_epi16(yCr, k.yCrToR), k.kR));
   const __m256i g = Quotient(
-      k, TwoXPlusOne(_mm256_add_epi32(_mm256_madd_epi16(yCb, k.yCbToG), _mm256_madd_epi16(cr0, k.crToG)), k.kG));
-  const __m256i b = Quotient(k, TwoXPlusOne(_mm256_madd_epi16(yCb, k.yCbToB), k.kB));
+      k, Offset(_mm256_add_epi32(_mm256_madd_epi16(yCb, k.yCbToG), _mm256_madd_epi16(cr0, k.crToG)), k.kG));
+  const __m256i b = Quotient(k, Offset(_mm256_madd_epi16(yCb, k.yCbToB), k.kB));
   const __m256i bytes = _mm256_packus_epi16(_mm256_packus_epi32(b, g), _mm256_packus_epi32(r, k.alpha));
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm256_shuffle_epi8(bytes, k.order));
 }

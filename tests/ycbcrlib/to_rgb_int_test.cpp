@@ -273,6 +273,37 @@ TEST(ToRgbInt, VectorDecodeMatchesOverManySamples) {
   }
 }
 
+// Every (Y, Cr) and every (Y, Cb) combination meets every matrix once on each
+// path, so R and B are compared over their whole input space.
+TEST(ToRgbInt, VectorDecodeCoversEveryLumaChromaCombination) {
+  if (!test::HostHasAvx2()) GTEST_SKIP() << "no AVX2";
+  const uint32_t w = 512, h = 256;
+  std::vector<uint8_t> uyvy(size_t{w} * h * 2);
+  for (uint32_t y = 0; y < h; ++y) {
+    for (uint32_t j = 0; j < w / 2; ++j) {
+      uint8_t* g = uyvy.data() + (size_t{y} * w / 2 + j) * 4;
+      g[0] = static_cast<uint8_t>(j);                    // Cb runs through 0..255 on every row
+      g[1] = static_cast<uint8_t>(y);                    // first luma: the row
+      g[2] = static_cast<uint8_t>(j * 37 + y * 11);      // Cr: a permutation of 0..255 on every row
+      g[3] = static_cast<uint8_t>(255 - y);
+    }
+  }
+  for (uint32_t matrix = 0; matrix < 8; ++matrix) {
+    for (uint32_t crFirst : {0u, 1u}) {  // swap the roles of the chroma bytes for full B coverage too
+      const uint8_t* s = uyvy.data();
+      const auto paths = test::RunEveryPath([&] {
+        std::vector<uint8_t> dst(size_t{w} * h * 4);
+        cycbcr_ToRGBInt(dst.data(), s + 1, crFirst ? s + 2 : s, crFirst ? s : s + 2, w, h, 4 * w, 0, matrix, 0, 1, 0,
+                        32, 0);
+        return dst;
+      });
+      ASSERT_EQ(paths.size(), 2u);
+      ASSERT_EQ(paths[0].bytes, paths[1].bytes) << "id " << matrix << ": "
+                                                << test::FirstDifference(paths[0].bytes, paths[1].bytes);
+    }
+  }
+}
+
 TEST(ToRgbInt, Nv12DecodesLikeTheEquivalentThreePlanes) {
   for (uint32_t w : {1u, 6u, 7u, 33u, 64u}) {
     const uint32_t h = 6;
