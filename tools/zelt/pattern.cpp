@@ -40,9 +40,10 @@ Picture444 MakePattern(uint32_t w, uint32_t h) {
       } else if (yy < h * 6 / 8) {
         Rgb709To10(fx, 1 - fx, 0.5, &p.y[i], &p.cb[i], &p.cr[i]);  // hue ramp
       } else {
-        // Zone plate: frequency grows with the distance from the centre.
+        // Zone plate: frequency grows with the distance from the centre, to half the
+        // Nyquist rate at the left and right edges.
         const double dx = x - w / 2.0, dy = yy - h * 7 / 8.0;
-        const double v = 0.5 + 0.5 * std::cos(pi * (dx * dx + dy * dy) / (w * 0.9));
+        const double v = 0.5 + 0.5 * std::cos(pi * (dx * dx + dy * dy) / (w * 2.0));
         p.y[i] = static_cast<uint16_t>(std::lround(64 + 876 * v));
         p.cb[i] = p.cr[i] = 512;
       }
