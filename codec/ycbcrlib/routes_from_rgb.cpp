@@ -14,6 +14,7 @@ const Route kRoutes[] = {
     {Layout::RGB32, Layout::I420, RgbRoute<cycbcr_RGB32_to_i420>},
     {Layout::RGB32, Layout::YV12, RgbRoute<cycbcr_RGB32_to_yv12>},
     {Layout::RGB32, Layout::P422, RgbRoute<cycbcr_RGB32_to_p422>},
+    {Layout::RGB32, Layout::V012, RgbRoute<cycbcr_RGB32_to_012v>},
 };
 }  // namespace
 

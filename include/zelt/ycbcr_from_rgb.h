@@ -66,6 +66,10 @@ ZELT_API uint32_t cycbcr_RGB32_to_yv12(uint8_t* dst, const uint8_t* src, uint32_
 ZELT_API uint32_t cycbcr_RGB24_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 32-bit RGB to P422. */
 ZELT_API uint32_t cycbcr_RGB32_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
+/* 32-bit RGB to 012v with the scale-40000 table: 10-bit luma per pixel, chroma from the pair's sum, rounded half away from zero, clamped to 0..1023; rows written whole (pixels past the width repeat the last one) at max(dst_stride, the 012v minimum) apart (pitch 0 means the minimum). Returns height * that pitch. */
+ZELT_API uint32_t cycbcr_RGB32_to_012v(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
+/* 24-bit RGB to 012v, as cycbcr_RGB32_to_012v. */
+ZELT_API uint32_t cycbcr_RGB24_to_012v(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 16-bit-per-channel RGB to P422; bits per pixel are (src_stride / width) * 8, so a padded source row changes the layout read; a width of 0 divides by zero. */
 ZELT_API uint32_t cycbcr_RGB64_to_p422(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t matrix, uint32_t flags);
 /* 32-bit RGB to three caller-given planes: 4:2:2 when full_chroma_rows is nonzero, else 4:2:0; chroma rows chroma_stride apart. */
