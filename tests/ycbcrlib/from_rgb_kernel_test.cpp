@@ -336,9 +336,11 @@ TEST(RgbToYcbcr, DispatcherRoutesRgb32ToEveryEightBitLayout) {
     EXPECT_EQ(ra, rb) << c.code;
     EXPECT_EQ(a, b) << c.code;
   }
-  std::vector<uint8_t> d(w * h * 4, 1);
-  EXPECT_EQ(cycbcr_transcode(d.data(), src.data(), w, h, 0u, w * 4, 0u, 0u, 0x76323130u, 0u), 0u);  // 012v
-  EXPECT_EQ(d, std::vector<uint8_t>(w * h * 4, 1));
+  // 012v goes to its own converter.
+  std::vector<uint8_t> d(128 * h + 64, 1), e(128 * h + 64, 1);
+  EXPECT_EQ(cycbcr_transcode(d.data(), src.data(), w, h, 0u, w * 4, 6u, 0x8003u, 0x76323130u, 0u),
+            cycbcr_RGB32_to_012v(e.data(), src.data(), w, h, 0u, w * 4, 6u, 0x8003u));
+  EXPECT_EQ(d, e);
 }
 
 }  // namespace
