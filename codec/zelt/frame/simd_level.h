@@ -39,4 +39,14 @@ inline bool UseAvx2() {
   return SimdLevel.load(std::memory_order_relaxed) == 5 && (CPUFeatureFlags() & kFeatAvx2) != 0;
 }
 
+// "May I take an SSE4.1 (128-bit) path?" Such paths test the processor directly,
+// whatever the level; on other architectures there are none.
+inline bool HasSse41() {
+#if defined(__x86_64__) || defined(_M_X64)
+  return (CPUFeatureFlags() & kFeatSse41) != 0;
+#else
+  return false;
+#endif
+}
+
 }  // namespace zelt

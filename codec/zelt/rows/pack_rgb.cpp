@@ -30,14 +30,6 @@ Coeffs CoeffsFor(int32_t matrix) {
 
 inline uint8_t Clamp8(int32_t v) { return static_cast<uint8_t>(std::clamp(v, 0, 255)); }
 
-inline bool HasSse41() {
-#if defined(__x86_64__) || defined(_M_X64)
-  return (CPUFeatureFlags() & kFeatSse41) != 0;
-#else
-  return false;
-#endif
-}
-
 // B, G, R of one pixel by the truncating rule of the row packers.
 inline void MatrixPixel(const Coeffs& k, int32_t y, int32_t cr, int32_t cb, uint8_t* out) {
   const int32_t c = cr - 128, d = cb - 128;

@@ -21,14 +21,6 @@ inline uint32_t Load32(const uint8_t* p) {
   return w;
 }
 
-inline bool HasSse41() {
-#if defined(__x86_64__) || defined(_M_X64)
-  return (CPUFeatureFlags() & kFeatSse41) != 0;
-#else
-  return false;
-#endif
-}
-
 // ---- 8-bit Cb-Y0-Cr-Y1 component unpacker ----
 
 inline int32_t FullChroma(int32_t v) { return (v * 56) >> 4; }
