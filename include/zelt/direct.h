@@ -79,7 +79,9 @@ ZELT_API void zlt_yuv422_yuv444_8(uint8_t* dst, const uint8_t* src, uint32_t wid
 /* 3-byte Y, Cb, Cr pixels to 2vuy pairs, keeping the even pixel's chroma; whole pairs (an odd pixel count reads 1 byte
    past the source and writes 2 bytes past width * height * 2). */
 ZELT_API void zlt_yuv444_yuv422_8(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height);
-/* I420 (contiguous planes) to 2vuy; |height| rows top to bottom; dst_stride 0 or 0xFFFFFFFF means 2 x width. */
+/* I420 (contiguous planes) to 2vuy; |height| rows top to bottom; dst_stride 0 or 0xFFFFFFFF means 2 x width. An odd
+   width writes ceil(width/2) pairs and reads luma on without a row reset (each later row one byte further on). Returns 0,
+   or dst_stride + 1 without writing when there are no rows. */
 ZELT_API uint32_t zlt_i420_2vuy(uint8_t* dst, const uint8_t* src, uint32_t width, int32_t height, uint32_t dst_stride);
 
 ZELT_EXTERN_C_END
