@@ -11,15 +11,19 @@ ZELT_EXTERN_C_BEGIN
 
 /* ---- Field and frame operations ------------------------------------------------ */
 
-/* Edge-aware deinterlacer for 32-bit pixels; mode 2 blends (u+2c+d)>>2, 16 keeps even lines, 17 odd lines. Returns 0. */
+/* Edge-aware deinterlacer for 32-bit pixels. Mode 2 blends combed pixels of every line to (u+2c+d)>>2; other modes keep
+   the even lines and set combed pixels of odd lines to (u+d)>>1; mode 17 copies every line, leaving the picture
+   unchanged. Filtered line 0 reads the line one stride before src. Returns 0. */
 ZELT_API uint32_t zlt_deinterlace_rgb(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t stride, uint32_t threshold, uint32_t softness, uint32_t reserved, uint32_t mode);
 /* Not provided: always returns 0xFFFFFFFF. */
 ZELT_API uint32_t zlt_deinterlace_yuv(void);
-/* Smooths the second luma of each pixel pair of one 2vuy row in place (modes 1 to 6). Returns 0. */
+/* Smooths the second luma of each pixel pair of one 2vuy row in place (modes 1 to 6). Mode 1 reads and writes up to
+   2 bytes past byte_count when it is not a multiple of 4. Returns 0. */
 ZELT_API uint32_t zlt_2yuv_average_2y(uint8_t* row, int32_t byte_count, int32_t mode);
-/* Field operations on 32-bit pictures: mode 3 swaps the fields, mode 4 averages lines; line_step 0 means the stride. */
+/* Field operations on 32-bit pictures: mode 3 swaps the fields, mode 4 averages lines; every other mode does nothing.
+   line_step 0 means the stride. Returns 0 (mode 4 with fewer than 2 lines: 0xFFFFFFFF). */
 ZELT_API uint32_t zlt_change_field_rgb(uint8_t* picture, int32_t mode, int64_t width, int32_t height, uint32_t stride, uint8_t* second, uint32_t line_step);
-/* zlt_change_field_rgb with modes 4, 11 and 12 mapped to 1, 9 and 10. */
+/* zlt_change_field_rgb with modes 4, 11 and 12 mapped to 1, 9 and 10, so only mode 3 (field swap) does anything. */
 ZELT_API uint32_t zlt_change_field_yuv(uint8_t* picture, uint32_t mode, int64_t width, int32_t height, uint32_t stride, uint8_t* second, uint32_t line_step);
 /* Mirrors every line of 32-bit pixels left to right; dst == src works in place. */
 ZELT_API void zlt_flip_horz(uint8_t* dst, const uint8_t* src, uint32_t width, int32_t height, int32_t stride);
@@ -72,9 +76,12 @@ ZELT_API uint32_t zlt_rgba_setalpha(uint8_t* picture, int32_t stride, uint8_t al
 
 /* 2vuy pairs to 3-byte Y, Cb, Cr pixels, both pixels taking the pair's chroma; whole pairs (an odd count writes 3 bytes more). */
 ZELT_API void zlt_yuv422_yuv444_8(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height);
-/* 3-byte Y, Cb, Cr pixels to 2vuy pairs, keeping the even pixel's chroma. */
+/* 3-byte Y, Cb, Cr pixels to 2vuy pairs, keeping the even pixel's chroma; whole pairs (an odd pixel count reads 1 byte
+   past the source and writes 2 bytes past width * height * 2). */
 ZELT_API void zlt_yuv444_yuv422_8(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height);
-/* I420 (contiguous planes) to 2vuy; |height| rows top to bottom; dst_stride 0 or 0xFFFFFFFF means 2 x width. */
+/* I420 (contiguous planes) to 2vuy; |height| rows top to bottom; dst_stride 0 or 0xFFFFFFFF means 2 x width. An odd
+   width writes ceil(width/2) pairs and reads luma on without a row reset (each later row one byte further on). Returns 0,
+   or dst_stride + 1 without writing when there are no rows. */
 ZELT_API uint32_t zlt_i420_2vuy(uint8_t* dst, const uint8_t* src, uint32_t width, int32_t height, uint32_t dst_stride);
 
 ZELT_EXTERN_C_END

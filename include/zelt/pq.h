@@ -32,9 +32,9 @@ ZELT_API uint32_t zlt_st2084_to_rgb(uint8_t* dst, const uint8_t* src, uint32_t d
 ZELT_API uint32_t zlt_yuv2_to_st2084(uint8_t* dst, const uint8_t* src, uint32_t dstStride, uint32_t srcStride, uint32_t height);
 /* 2vuy luma through the 8-bit PQ-to-linear table; copies bytes 1..4 of each group, so byte 0 of a line is never written and one byte past the last group is. */
 ZELT_API uint32_t zlt_st2084_to_yuv2(uint8_t* dst, const uint8_t* src, uint32_t dstStride, uint32_t srcStride, uint32_t height);
-/* v210 read and written as words at byte offset 1 of each line, through the 8-bit linear-to-PQ table indexed by 10-bit codes. */
+/* v210 read and written as words at byte offset 1 of each line, through the 8-bit linear-to-PQ table indexed by 10-bit codes; 16-byte steps reach up to 16 bytes past min(dstStride, srcStride) on each line. */
 ZELT_API uint32_t zlt_v210_to_st2084(uint8_t* dst, const uint8_t* src, uint32_t dstStride, uint32_t srcStride, uint32_t height);
-/* v210 read and written as words at byte offset 1 of each line, through the 8-bit PQ-to-linear table indexed by 10-bit codes. */
+/* v210 read and written as words at byte offset 1 of each line, through the 8-bit PQ-to-linear table indexed by 10-bit codes; up to 16 bytes past min(dstStride, srcStride) on each line, as zlt_v210_to_st2084. */
 ZELT_API uint32_t zlt_st2084_to_v210(uint8_t* dst, const uint8_t* src, uint32_t dstStride, uint32_t srcStride, uint32_t height);
 
 ZELT_EXTERN_C_END

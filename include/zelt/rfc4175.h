@@ -23,9 +23,9 @@ ZELT_API uint64_t zlt_YCbCr10Packed_to_v210(uint8_t* dst, const uint8_t* src, ui
 ZELT_API uint64_t zlt_YCbCr10Packetized_to_v210(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint8_t fields);
 /* v210 frame (srcStride bytes per line) to packed lines, the inverse of zlt_YCbCr10Packed_to_v210. */
 ZELT_API uint64_t zlt_v210_to_YCbCr10Packed(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t srcStride, uint32_t height, uint8_t fields);
-/* v210 frame to 1280-byte packets of 480 pixels (header and trailer areas skipped); returns packet count * packetStride. */
+/* v210 frame to 1280-byte packets of 480 pixels (header and trailer areas skipped), packet p at dst + p*1280 whatever packetStride is; returns packet count * packetStride (packetStride only scales the result). */
 ZELT_API uint64_t zlt_v210_to_YCbCr10PackedToPacket(uint8_t* dst, const uint32_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t packetStride, uint32_t unused0, uint32_t unused1, uint32_t unused2, uint8_t useBitWriter);
-/* 8-bit UYVY frame to 1280-byte packets of 480 pixels, each byte as a 10-bit sample byte * 4; returns packet count * packetStride. */
+/* 8-bit UYVY frame to 1280-byte packets of 480 pixels, each byte as a 10-bit sample byte * 4, packet p at dst + p*1280 whatever packetStride is; returns packet count * packetStride (packetStride only scales the result). */
 ZELT_API uint64_t zlt_uyvy_to_YCbCr10PackedToPacket(uint8_t* dst, const uint32_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t packetStride, uint32_t unused0, uint32_t unused1, uint8_t useBitWriter);
 /* Packed lines to 8-bit 4:2:2 in UYVY byte order (2 * width bytes per line). */
 ZELT_API uint64_t zlt_YCbCr10Packed_to_uyvu(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint8_t fields);

@@ -31,7 +31,8 @@ typedef struct ZeltSize {
    wrap in 16 bits. An odd luma count writes one extra sample. Returns source bytes used. */
 ZELT_API uint32_t zeltUnpackRowYUV16s(const uint8_t* src, int16_t* dst, int32_t count, int32_t component, int32_t path, int32_t shift, int32_t fullRange, int32_t matrix);
 /* 8-bit Y0-Cb-Y1-Cr row to Y, Cr, Cb planes (values 0..255). Rows under 32 pixels read
-   and write a whole 32-pixel block. Returns source bytes used. */
+   and write a whole 32-pixel block; an odd width of 32 or more reads and writes one pixel
+   past `width`. Returns source bytes used (overruns included). */
 ZELT_API uint32_t zeltUnpackYUVRow16s(const uint8_t* src, int32_t width, const ZeltPlanes* planes);
 /* v210 row to planar 16s rows; Cr per group is Cr0, Cr0, Cr1 (Cr2 unused). Exact width,
    in steps of two pixels. */

@@ -22,8 +22,9 @@
    every pair. Packed and 4:2:2 results are 2*width*height, 4:2:0 results
    width*height + 2*((width*height)/4). Chroma planes have half the destination
    stride as their pitch. A 4:2:0 frame of 4k+1 rows writes its last chroma row
-   half outside the quarter plane (up to dst_stride/4 bytes past the frame). No
-   argument is checked.
+   half outside the quarter plane (up to dst_stride/4 bytes past the frame). The
+   012v converters at the end have rules of their own (chroma from the pair's sum,
+   every pixel encoded, 10-bit samples). No argument is checked.
 
    On processors with 256-bit integer vectors, 4:2:2 output (packed or planar)
    from 32-bit pixels is computed in 14-bit fixed point and may differ from the

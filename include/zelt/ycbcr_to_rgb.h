@@ -11,7 +11,11 @@
      3      255 R G B     R G B    as 2
    Decoding truncates toward zero and clamps; chroma is repeated across a pixel
    pair, never interpolated. An odd width decodes the last pair whole, so one pixel
-   past `width` is written on every row. No argument is checked. */
+   past `width` is written on every row. The rounded fast paths named below are the
+   exceptions: they decode exactly `width` pixels with rows at the strides. The
+   format-named converters go through cycbcr_ToRGB, so outside those fast paths
+   their source rows are read back to back (srcStride only locates planar chroma
+   planes). No argument is checked. */
 #ifndef ZELT_YCBCR_TO_RGB_H
 #define ZELT_YCBCR_TO_RGB_H
 
@@ -23,7 +27,7 @@ ZELT_EXTERN_C_BEGIN
    for packed input). Luma and packed rows are read on without gaps (`srcStride`
    and `chromaStride` are not used); planar chroma row c starts at (c*width)/2.
    `fullChromaRows` nonzero: 4:2:2, else 4:2:0. bitsPerPixel 15, 16, 24 or 32 (other
-   values write nothing). Returns bytes-per-pixel * width * height. */
+   values write nothing). Returns bytes-per-pixel * width * height (4 for unknown sizes). */
 ZELT_API uint64_t cycbcr_ToRGBInt(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t* cr, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags, uint32_t fullChromaRows, uint32_t planar, uint32_t bitsPerPixel, uint32_t chromaStride);
 /* As cycbcr_ToRGBInt, except planar 4:2:0 to 32 bits with flags 0, which takes a
    fast path (rows at srcStride and srcStride/2; ids 2/4 and 3/5 BT.709, all other
@@ -46,8 +50,9 @@ ZELT_API uint64_t cycbcr_ToRGBPlanar(uint8_t* const* planes, const uint8_t* y, c
    flags exactly 2, R G B A; that path ignores bottom-up and orders 1, 3 and returns
    height*dstStride. */
 ZELT_API uint32_t cycbcr_uyvy_to_rgb32(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags);
-/* UYVY to R, G, B bytes, rounded, rows at the strides; flags ignored. Ids with bit
-   2 set decode BT.709; the others read the bytes as Y0 Cr Y1 Cb. Returns height*dstStride. */
+/* UYVY to R, G, B bytes, rounded, exactly width pixels, rows at the strides; flags ignored.
+   Ids with bit 2 set decode BT.709 full range; the others decode BT.601 video range reading
+   the bytes as Y0 Cr Y1 Cb. Returns height*dstStride. */
 ZELT_API uint32_t cycbcr_uyvy_to_rgb24(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags);
 /* UYVY to 555. */
 ZELT_API uint32_t cycbcr_uyvy_to_rgb555(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags);
@@ -88,7 +93,8 @@ ZELT_API uint32_t cycbcr_nv12_to_rgb32(uint8_t* dst, const uint8_t* src, uint32_
 
 /* 012v (v210) to 8-bit RGB, exactly `width` pixels per row; source rows at the
    012v pitch in use (0: one continuous run of groups). Weights are the 8-bit ones
-   divided by 4. bitsPerPixel 15, 16, 24 or 32. Returns bytes-per-pixel * width * height. */
+   divided by 4. bitsPerPixel 15, 16, 24 or 32 (other values write nothing). Returns
+   bytes-per-pixel * width * height (4 for unknown sizes). */
 ZELT_API uint32_t cycbcr_v210ToRGB(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags, uint32_t bitsPerPixel);
 /* 012v to 24 bits. */
 ZELT_API uint32_t cycbcr_012v_to_rgb24(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride, uint32_t srcStride, uint32_t matrix, uint32_t flags);

@@ -69,7 +69,7 @@ ZELT_API uint32_t cycbcr_012v_to_p422(uint8_t* dst, const uint8_t* src, uint32_t
    single-threaded 256-bit kernel converts every width. The threaded form returns
    height*dst_stride; the single-threaded forms return height*pitch in use. ---- */
 
-/* 10-bit 4:2:2 to 012v: samples masked to 10 bits. When width is not a multiple of 6, words 0 and 1 of one more group are written after the last group (inside the row padding). Destination pitch max(minimum, dst_stride). */
+/* 10-bit 4:2:2 to 012v: samples masked to 10 bits. When width is not a multiple of 6, words 0 and 1 of one more group are written after the last group (inside the row padding); they are left out when the pitch has no room for them (widths 43 to 47 past a multiple of 48 at the minimum pitch). Destination pitch max(minimum, dst_stride). */
 ZELT_API uint32_t cycbcr_yuv422p10_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
 /* 12-bit 4:2:2 to 012v: each sample shifted right by 2 (no rounding), else as the 10-bit form; threads above width 1920. */
 ZELT_API uint32_t cycbcr_yuv422p12_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
@@ -96,7 +96,7 @@ ZELT_API uint32_t cycbcr_yuv420p10_to_uyvy(uint8_t* dst, const uint16_t* y, cons
 /* 16-bit 4:2:0 to UYVY (each sample >> 8). Returns height*dst_stride. */
 ZELT_API uint32_t cycbcr_yuv420p16_to_uyvy(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride);
 
-/* Any depth of 4:2:2 to 012v: `bits` 10, 12 and 16 (or below 10, taken as 10) are cycbcr_yuv422p10/p12/p16_to_012v; 11, 13, 14 and 15 shift right by bits-10 in one pass on the calling thread. */
+/* Any depth of 4:2:2 to 012v: `bits` 10, 12 and 16 (or below 10, taken as 10) are cycbcr_yuv422p10/p12/p16_to_012v; 11, 13, 14, 15 and above 16 (taken as 16) shift right by bits-10 in one portable pass on the calling thread, returning height*pitch in use. */
 ZELT_API uint32_t cycbcr_planar_16_to_012v(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr, uint32_t width, uint32_t height, uint32_t dst_stride, uint32_t src_stride, uint32_t bits);
 
 /* ---- 012v to separate 4:2:2 planes, source pitch rules as for the 8-bit
