@@ -1,5 +1,5 @@
-// Dispatcher routes of the RGB to YCbCr converters: RGB32 to every 8-bit YCbCr
-// layout. RGB32 to 012v has no converter here and answers 0.
+// Dispatcher routes of the RGB to YCbCr converters: RGB32 to every YCbCr layout,
+// 012v included.
 #include "ycbcrlib/routes.h"
 #include "zelt/ycbcr_from_rgb.h"
 
