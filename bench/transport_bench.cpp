@@ -65,10 +65,13 @@ void BM_4175_to_v210(benchmark::State& state) {
   Level level(state);
   Buffer src(kPackedFrame), dst(kV210Frame);
   const uint32_t phase = static_cast<uint32_t>(state.range(1));
+  // A line starting at pixel `phase` holds 960 - phase / 2 pairs; those that complete
+  // the first group come on top of `pgroups`, which leaves 957 at phase 2 or 4.
+  const int32_t pairs = phase == 0 ? 960 : 957;
   for (auto _ : state) {
     for (uint32_t y = 0; y < kH; ++y)
       zlt_4175_to_v210(reinterpret_cast<uint32_t*>(dst.data() + size_t{y} * kV210Stride), src.data() + size_t{y} * kPackedLine,
-                       static_cast<int32_t>(kPackedLine), 960, phase);
+                       static_cast<int32_t>(kPackedLine), pairs, phase);
     benchmark::ClobberMemory();
   }
   SetBytes(state, kPackedFrame, kV210Frame);
