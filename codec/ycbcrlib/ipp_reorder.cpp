@@ -3,6 +3,7 @@
 // manual asks for even sizes); we convert width/2 pairs and leave the last odd
 // pixel alone. A region with a width below 2 or a height below 1 is refused with
 // the size error, null pointers with the null-pointer error, as IPP does.
+#include "zelt/frame/qrutil.h"
 #include "ycbcrlib/ipp_reorder.h"
 
 #include <cstddef>
@@ -39,6 +40,7 @@ Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
       PackRow(d, y, cb, cr, pairs, false);
     }
   }
+  if (wide && stream) StreamingFence();
   return kNoErr;
 }
 
@@ -62,6 +64,7 @@ Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
       PackRow(d, y, cb, cr, pairs, false);
     }
   }
+  if (wide && stream) StreamingFence();
   return kNoErr;
 }
 
@@ -83,6 +86,7 @@ Status CbYCr422ToYCbCr422_C2P3R(const uint8_t* src, int srcStep, uint8_t* const 
       UnpackRow(y, cb, cr, s, pairs, false);
     }
   }
+  if (wide && stream) StreamingFence();
   return kNoErr;
 }
 

@@ -118,6 +118,7 @@ uint32_t FromPlanarGeneric(const uint8_t* srcY, const uint8_t* srcA, const uint8
       b += moved;
     }
   }
+  if (wide && stream) StreamingFence();
   return height * ds;
 }
 
@@ -269,6 +270,7 @@ uint32_t ToPlanar(const uint8_t* srcY, const uint8_t* srcA, const uint8_t* srcB,
       }
     }
   }
+  if (wide && stream) StreamingFence();
   return ToPlanarResult(height, ds);
 }
 

@@ -66,7 +66,6 @@ size_t PackBlocks(uint8_t* dst, const uint8_t* y, const uint8_t* c0, const uint8
     Interleave32<kLumaFirst, kStream>(dst + 4 * i + 64, Load(y + 2 * i + 32),
                                       _mm256_permute2x128_si256(uvLo, uvHi, 0x31));
   }
-  if constexpr (kStream) _mm_sfence();
   return i;
 }
 
@@ -87,7 +86,6 @@ size_t UnpackBlocks(uint8_t* y, uint8_t* c0, uint8_t* c1, const uint8_t* src, si
       Store16<kStream>(c1 + i, _mm256_extracti128_si256(chroma, 1));
     }
   }
-  if constexpr (kStream) _mm_sfence();
   return i;
 }
 
