@@ -20,8 +20,10 @@ namespace zelt::ycbcr {
 
 namespace {
 
-int32_t RoundDiv(int64_t num, int64_t den) {
-  return static_cast<int32_t>(num >= 0 ? (num + den / 2) / den : -((-num + den / 2) / den));
+// Sums stay within 32 bits: |weight| < 50000, channels below 512 (pair sums).
+template <int32_t kDen>
+int32_t RoundDiv(int32_t num) {
+  return num >= 0 ? (num + kDen / 2) / kDen : -((-num + kDen / 2) / kDen);
 }
 
 uint32_t Clamp10(int32_t v) { return static_cast<uint32_t>(std::clamp(v, 0, 1023)); }
@@ -50,15 +52,16 @@ uint32_t RgbTo012v(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t he
       for (uint32_t k = 0; k < 6; k += 2) {
         int32_t rr[2], gg[2], bb[2];
         for (uint32_t j = 0; j < 2; ++j) {
-          const uint8_t* p = row + size_t{std::min(g * 6 + k + j, width - 1)} * px;
+          const uint32_t x = g * 6 + k + j;
+          const uint8_t* p = row + size_t{x < width ? x : width - 1} * px;
           rr[j] = p[off.r];
           gg[j] = p[off.g];
           bb[j] = p[off.b];
-          y[k + j] = Clamp10(4 * m.yOffset + RoundDiv(int64_t{m.yR} * rr[j] + int64_t{m.yG} * gg[j] + int64_t{m.yB} * bb[j], 10000));
+          y[k + j] = Clamp10(4 * m.yOffset + RoundDiv<10000>(m.yR * rr[j] + m.yG * gg[j] + m.yB * bb[j]));
         }
-        const int64_t R = rr[0] + rr[1], G = gg[0] + gg[1], B = bb[0] + bb[1];
-        cb[k / 2] = Clamp10(512 + RoundDiv(m.cbR * R + m.cbG * G + m.cbB * B, 20000));
-        cr[k / 2] = Clamp10(512 + RoundDiv(m.crR * R + m.crG * G + m.crB * B, 20000));
+        const int32_t R = rr[0] + rr[1], G = gg[0] + gg[1], B = bb[0] + bb[1];
+        cb[k / 2] = Clamp10(512 + RoundDiv<20000>(m.cbR * R + m.cbG * G + m.cbB * B));
+        cr[k / 2] = Clamp10(512 + RoundDiv<20000>(m.crR * R + m.crG * G + m.crB * B));
       }
       uint8_t* w = out + size_t{g} * 16;
       Store32(w, cb[0] | y[0] << 10 | cr[0] << 20);

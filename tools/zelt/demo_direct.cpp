@@ -26,6 +26,7 @@ void Steps(DemoContext& c) {
     c.Step("v210 -> RFC 4175 pgroups -> v210", [&] {
       zlt_v210_to_YCbCr10Packed(lines.data(), v210.data(), w, pitch, h, 0);
       zlt_YCbCr10Packed_to_v210(back.data(), lines.data(), w, h, 0);
+    }, [&] {
       // Whole groups carry only samples of the picture; compare those.
       bool same = true;
       for (uint32_t y = 0; y < h; ++y) {
@@ -49,6 +50,7 @@ void Steps(DemoContext& c) {
   c.Step("RGB32 -> ST 2084 (PQ) -> RGB32", [&] {
     zlt_rgb_to_st2084(pq.data(), bgra.data(), w * 4, w * 4, h);
     zlt_st2084_to_rgb(lin.data(), pq.data(), w * 4, w * 4, h);
+  }, [&] {
     int worst = 0;
     for (size_t i = 0; i < bgra.size(); ++i) {
       if (i % 4 != 3) worst = std::max(worst, std::abs(int(bgra[i]) - int(lin[i])));

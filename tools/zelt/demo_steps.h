@@ -21,9 +21,9 @@ struct DemoContext {
   std::vector<Row> rows;
   std::vector<std::string> pictures;
 
-  // Runs `run` three times, timing each; `run` returns a note for the table. A
-  // Failure thrown by `run` marks the step skipped with its message.
-  void Step(const std::string& name, const std::function<std::string()>& run);
+  // Runs `run` three times, timing each; then `describe` once (untimed) for the
+  // table's note. A Failure thrown by either marks the step skipped with its message.
+  void Step(const std::string& name, const std::function<void()>& run, const std::function<std::string()>& describe);
   // Writes an 8-bit R G B picture of w x h to DIR/file.
   void Picture(const std::string& file, const std::vector<uint8_t>& rgb);
   // cycbcr_transcode with natural strides; fails when the pair has no route.

@@ -37,8 +37,7 @@ void Steps(DemoContext& c) {
   c.Picture("pattern.png", PreviewUyvy(uyvyRef.data(), w, h, w * 2));
 
   std::vector<uint8_t> uyvy(size_t{w} * 2 * h + 4096), yuy2(uyvy.size()), back(uyvy.size());
-  c.Step("v210 -> UYVY (cycbcr_transcode)", [&] {
-    c.Transcode(uyvy.data(), v210.data(), "UYVY", "v210");
+  c.Step("v210 -> UYVY (cycbcr_transcode)", [&] { c.Transcode(uyvy.data(), v210.data(), "UYVY", "v210"); }, [&] {
     const bool same = std::equal(uyvyRef.begin(), uyvyRef.end(), uyvy.begin());
     return std::string(same ? "matches the pattern rounded to 8 bits" : "DIFFERS from the pattern rounded to 8 bits");
   });
@@ -48,32 +47,32 @@ void Steps(DemoContext& c) {
   c.Step("UYVY -> YUY2 -> UYVY", [&] {
     c.Transcode(yuy2.data(), uyvy.data(), "YUY2", "UYVY");
     c.Transcode(back.data(), yuy2.data(), "UYVY", "YUY2");
+  }, [&] {
     return std::string(std::equal(uyvyRef.begin(), uyvyRef.end(), back.begin()) ? "round trip exact" : "round trip DIFFERS");
   });
 
   std::vector<uint8_t> i420(size_t{w} * h * 2 + 4096);
-  c.Step("UYVY -> I420", [&] {
-    const uint32_t n = c.Transcode(i420.data(), uyvy.data(), "I420", "UYVY");
-    return std::to_string(n) + " bytes";
-  });
+  uint32_t i420Bytes = 0;
+  c.Step("UYVY -> I420", [&] { i420Bytes = c.Transcode(i420.data(), uyvy.data(), "I420", "UYVY"); },
+         [&] { return std::to_string(i420Bytes) + " bytes"; });
 
   std::vector<uint8_t> rgb(size_t{w} * 4 * h + 4096);
   bool haveRgb = false;
   c.Step("I420 -> RGB32, BT.709 (matrix 2)", [&] {
     c.Transcode(rgb.data(), i420.data(), "RGB32", "I420", 2, 0);
     haveRgb = true;
-    return std::string("B,G,R,A pixels");
-  });
+  }, [] { return std::string("B,G,R,A pixels"); });
   if (haveRgb) c.Picture("rgb-from-i420.png", PreviewBgra(rgb.data(), w, h, w * 4));
 
   if (haveRgb) {
     for (uint32_t m : {0u, 2u, 6u}) {
       const char* names[] = {"BT.601", "", "BT.709", "", "", "", "BT.2020"};
       std::vector<uint8_t> enc(size_t{w} * 2 * h + 4096), dec(rgb.size());
+      std::vector<uint8_t> src = rgb;  // the encoder may reorder an R,G,B,A source in place
       c.Step(std::string("RGB32 -> UYVY -> RGB32, ") + names[m] + " (matrix " + std::to_string(m) + ")", [&] {
-        std::vector<uint8_t> src = rgb;
         c.Transcode(enc.data(), src.data(), "UYVY", "RGB32", m, 0);
         c.Transcode(dec.data(), enc.data(), "RGB32", "UYVY", m, 0);
+      }, [&] {
         return "largest channel difference " + std::to_string(MaxDiff(rgb, dec, size_t{w} * 4, size_t{w} * 4, true));
       });
       if (c.rows.back().ms >= 0 && m == 2) c.Picture("rgb-roundtrip-bt709.png", PreviewBgra(dec.data(), w, h, w * 4));
