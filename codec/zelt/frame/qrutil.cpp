@@ -276,10 +276,10 @@ struct QrEvent {
 QrEvent* qrOSCreateEvent(const char*) { return new QrEvent; }
 
 void qrOSSetEvent(QrEvent* event) {
-  {
-    std::lock_guard<std::mutex> lock(event->mutex);
-    event->set = true;
-  }
+  // Notify while holding the lock: a waiter that wakes may close the event at
+  // once, and must not find this thread still touching the condition variable.
+  std::lock_guard<std::mutex> lock(event->mutex);
+  event->set = true;
   event->cv.notify_all();
 }
 
