@@ -1,0 +1,73 @@
+// How many bytes a whole frame of each dispatcher layout occupies, and the few
+// documented exceptions to "every byte the converter touches lies inside it".
+//
+// The fuzzer, the concurrency stress test and the guarded-buffer tests size their
+// frames with these rules, so a converter that reads or writes one byte past what
+// its layout needs is caught. When a family's routes land, its layouts get their
+// rule here (FrameBytes) and its documented over-reads/over-writes their entry in
+// RouteAllowance; nothing else in the harnesses needs to change. Header-only: the
+// fuzz build links neither GoogleTest nor the test support library.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "zelt/frame/formats.h"
+
+namespace zelt::test {
+
+// Bytes of a frame of `layout`, given the stride the dispatcher passes to the route
+// (already normalised). 0 means "no rule yet": harnesses skip such pairs.
+inline size_t FrameBytes(Layout layout, uint32_t width, uint32_t height, uint32_t stride) {
+  const size_t w = width, h = height, s = stride;
+  switch (layout) {
+    case Layout::RGB32:
+      return h * std::max(s, 4 * w);
+    case Layout::UYVY:
+    case Layout::YUY2:
+    case Layout::YVYU:
+    case Layout::CYUV:
+      // The stride is at least 2 * width after normalisation.
+      return h * s;
+    case Layout::V012: {
+      // 0 means rows follow one another at the minimum pitch; the copy route moves
+      // height * stride bytes, the packers height * pitch in use.
+      const size_t pitch = V012Pitch(width, stride) == 0 ? V012MinPitch(width) : V012Pitch(width, stride);
+      return h * std::max(s, pitch);
+    }
+    case Layout::I420:
+    case Layout::YV12: {
+      // Chroma planes sit at height * stride (planar<->planar) or width * height
+      // (planar<->packed); size for whichever lies further out.
+      const size_t luma = h * std::max(s, w);
+      return luma + 2 * ((h + 1) / 2) * ((std::max(s, w) + 1) / 2);
+    }
+    case Layout::P422: {
+      const size_t luma = h * std::max(s, w);
+      return luma + 2 * h * ((std::max(s, w) + 1) / 2);
+    }
+  }
+  return 0;
+}
+
+// Documented bytes a route may touch past FrameBytes, on either side.
+struct Allowance {
+  size_t src = 0;
+  size_t dst = 0;
+};
+
+inline Allowance RouteAllowance(Layout /*src*/, Layout /*dst*/, uint32_t /*width*/) {
+  // No route of the packed family reads or writes outside its frame.
+  return {};
+}
+
+// Routes whose 256-bit variant is documented to differ from the baseline path;
+// every other route must give the same bytes on both paths.
+inline bool PathsMayDiffer(Layout /*src*/, Layout /*dst*/) { return false; }
+
+// The codes worth feeding the dispatcher: the twenty it knows, the source-only
+// alias, and one it does not know.
+inline constexpr uint32_t kFuzzExtraCodes[] = {kCode422P, FourCC('N', 'V', '1', '2')};
+
+}  // namespace zelt::test
