@@ -18,7 +18,7 @@
 namespace zelt::test {
 
 // Bytes of a frame of `layout`, given the stride the dispatcher passes to the route
-// (already normalised). 0 means "no rule yet": harnesses skip such pairs.
+// (already normalised).
 inline size_t FrameBytes(Layout layout, uint32_t width, uint32_t height, uint32_t stride) {
   const size_t w = width, h = height, s = stride;
   switch (layout) {
