@@ -16,7 +16,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Test programs carry their runtime: no MinGW DLLs to copy next to them for Wine.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -static-libgcc -static-libstdc++")
 
-find_program(ZELT_WINE NAMES wine64 wine)
+find_program(ZELT_WINE NAMES wine64 wine PATHS /usr/lib/wine)
 if(ZELT_WINE)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${ZELT_WINE})
 endif()
