@@ -8,10 +8,10 @@ cd "$(dirname "$0")/.."
 budget="${1:-60}"
 scripts/ensure-deps.sh clang libclang-rt-14-dev
 cmake --preset fuzz >/dev/null
-mapfile -t names < <(cd tests/fuzz && ls *_fuzz.cpp | sed 's/_fuzz\.cpp$//')
-targets=()
-for n in "${names[@]}"; do targets+=("zelt_${n}_fuzz"); done
-cmake --build --preset fuzz -j"$(nproc)" --target "${targets[@]}"
+cmake --build --preset fuzz -j"$(nproc)"
+# Targets whose exports have not landed yet are not built; run the others.
+mapfile -t names < <(find build/fuzz/tests/fuzz -maxdepth 1 -type f -executable -name 'zelt_*_fuzz' \
+  | sed 's|.*/zelt_||; s/_fuzz$//' | sort)
 per=$(( budget / ${#names[@]} ))
 [ "$per" -lt 5 ] && per=5
 mkdir -p build/fuzz/artifacts
