@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "stress/jobs.h"
+#include "support/paths.h"
 #include "zelt/frame/simd_level.h"
 #include "zelt/frame/testing.h"
 
@@ -65,6 +66,13 @@ TEST(Concurrency, ThreadsRacingThroughTheLevelGuardMatchOneThread) {
 TEST(Concurrency, SustainedMixedLoadMatchesOneThread) {
   const int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u));
   Hammer(threads, /*rounds=*/20, /*resetLevelFirst=*/false);
+}
+
+TEST(Concurrency, BaselineLevelWithThreadedConvertersMatchesOneThread) {
+  // Below level 5 the wide high-bit-depth converters split frames over worker
+  // threads of their own, so here every thread's call starts workers too.
+  test::ScopedFeatures baseline(test::kMaskSse41);
+  Hammer(/*threads=*/6, /*rounds=*/4, /*resetLevelFirst=*/false);
 }
 
 }  // namespace

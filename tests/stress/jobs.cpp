@@ -5,7 +5,7 @@
 #include "support/frame_rules.h"
 #include "ycbcrlib/routes.h"
 #include "zelt/frame/formats.h"
-#include "zelt/ycbcr.h"
+#include "zelt/zelt.h"
 
 namespace zelt::stress {
 
@@ -91,6 +91,30 @@ void AddPlain(std::vector<Job>& jobs, const char* name, PlainFn fn, uint32_t byt
                   }});
 }
 
+// The high-bit-depth planar converters cut frames wider than 2048 pixels into
+// bands converted on worker threads of their own (on processors without AVX2, or
+// with the level forced below 5): several such calls at once must not mix bands.
+using PlanarFn = uint32_t (*)(uint8_t*, const uint16_t*, const uint16_t*, const uint16_t*, uint32_t, uint32_t,
+                              uint32_t, uint32_t);
+
+[[maybe_unused]] void AddThreadedPlanar(std::vector<Job>& jobs, const char* name, PlanarFn fn, bool chroma444,
+                                        uint32_t dstPitch) {
+  jobs.push_back({name, [=](uint32_t seed) {
+                    constexpr uint32_t w = 2100, h = 19, srcStride = 2 * w + 8;
+                    const size_t chromaBytes = chroma444 ? size_t{h} * srcStride : size_t{h} * srcStride / 2 + w;
+                    std::vector<uint8_t> y = Bytes(size_t{h} * srcStride, seed);
+                    std::vector<uint8_t> cb = Bytes(chromaBytes, seed + 100);
+                    std::vector<uint8_t> cr = Bytes(chromaBytes, seed + 200);
+                    std::vector<uint8_t> out(size_t{h} * dstPitch + 128, 0x5A);
+                    const uint32_t n = fn(out.data(), reinterpret_cast<const uint16_t*>(y.data()),
+                                          reinterpret_cast<const uint16_t*>(cb.data()),
+                                          reinterpret_cast<const uint16_t*>(cr.data()), w, h, dstPitch, srcStride);
+                    out.resize(out.size() + 4);
+                    std::memcpy(out.data() + out.size() - 4, &n, 4);
+                    return out;
+                  }});
+}
+
 }  // namespace
 
 std::vector<Job> AllJobs() {
@@ -111,8 +135,22 @@ std::vector<Job> AllJobs() {
                     return frame;
                   }});
 
-  // Other families add their exports here as they land, one line each; threaded
-  // converters belong here too, so several threads run their workers at once.
+  // Threaded high-bit-depth planar converters (present once their family is in).
+#if defined(ZELT_HAS_cycbcr_yuv422p10_to_012v)
+  AddThreadedPlanar(jobs, "cycbcr_yuv422p10_to_012v", cycbcr_yuv422p10_to_012v, false, V012MinPitch(2100));
+#endif
+#if defined(ZELT_HAS_cycbcr_yuv422p12_to_012v)
+  AddThreadedPlanar(jobs, "cycbcr_yuv422p12_to_012v", cycbcr_yuv422p12_to_012v, false, V012MinPitch(2100));
+#endif
+#if defined(ZELT_HAS_cycbcr_yuv444p12_to_012v)
+  AddThreadedPlanar(jobs, "cycbcr_yuv444p12_to_012v", cycbcr_yuv444p12_to_012v, true, V012MinPitch(2100));
+#endif
+#if defined(ZELT_HAS_cycbcr_yuv422p10_to_uyvy)
+  AddThreadedPlanar(jobs, "cycbcr_yuv422p10_to_uyvy", cycbcr_yuv422p10_to_uyvy, false, 2 * 2100);
+#endif
+
+  // Other families add their exports here as they land, one line each, under
+  // #if defined(ZELT_HAS_<export>) (defined for every declared export).
   return jobs;
 }
 
