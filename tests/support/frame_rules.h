@@ -57,8 +57,14 @@ struct Allowance {
   size_t dst = 0;
 };
 
-inline Allowance RouteAllowance(Layout /*src*/, Layout /*dst*/, uint32_t /*width*/) {
-  // No route of the packed family reads or writes outside its frame.
+inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t /*width*/) {
+  // 8-bit to 012v converts whole groups of six pixels, the last one reading up to
+  // five pixels past the row end (on the last row: past the frame).
+  if (dst == Layout::V012 && src != Layout::V012 && src != Layout::RGB32) {
+    const bool packed = src == Layout::UYVY || src == Layout::YUY2 || src == Layout::YVYU || src == Layout::CYUV;
+    return {packed ? size_t{10} : size_t{5}, 0};
+  }
+  // The packed 4:2:2 reorders and copies stay inside their frames.
   return {};
 }
 
