@@ -147,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const size_t srcBytes = test::FrameBytes(sl, w, h, nss);
   const size_t dstBytes = test::FrameBytes(dl, w, h, nds);
   if (srcBytes > (8u << 20) || dstBytes > (8u << 20)) return 0;
-  const test::Allowance extra = test::RouteAllowance(sl, dl, w);
+  const test::Allowance extra = test::RouteAllowance(sl, dl, w, h);
 
   std::vector<uint8_t> src(srcBytes + extra.src);
   FillPixels(src, in.rest(), in.left());

@@ -57,12 +57,27 @@ struct Allowance {
   size_t dst = 0;
 };
 
-inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t /*width*/) {
+inline bool IsPlanar(Layout l) { return l == Layout::I420 || l == Layout::YV12 || l == Layout::P422; }
+inline bool IsPacked(Layout l) {
+  return l == Layout::UYVY || l == Layout::YUY2 || l == Layout::YVYU || l == Layout::CYUV;
+}
+
+inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t height) {
+  const bool odd = (width & 1) != 0;
+  // To RGB32: an odd width decodes the last pair whole, one pixel past the width on
+  // every row; source rows are read back to back at the even-rounded width, so the
+  // source runs on by one pair (packed) or one luma byte (planar) per row.
+  if (dst == Layout::RGB32 && src != Layout::RGB32 && odd) {
+    return {IsPacked(src) ? size_t{2} * height : size_t{height} + 2, 4};
+  }
+  // Planes to packed 4:2:2: with an odd width the engine writes a whole last group,
+  // reading one luma sample past the row and writing two bytes past it (the UYVY
+  // reorder leaves the odd pixel alone, but flags & 16 sends 4:2:0 to the engine).
+  if (IsPlanar(src) && IsPacked(dst) && odd) return {1, 2};
   // 8-bit to 012v converts whole groups of six pixels, the last one reading up to
   // five pixels past the row end (on the last row: past the frame).
   if (dst == Layout::V012 && src != Layout::V012 && src != Layout::RGB32) {
-    const bool packed = src == Layout::UYVY || src == Layout::YUY2 || src == Layout::YVYU || src == Layout::CYUV;
-    return {packed ? size_t{10} : size_t{5}, 0};
+    return {IsPacked(src) ? size_t{10} : size_t{5}, 0};
   }
   // The packed 4:2:2 reorders and copies stay inside their frames.
   return {};
