@@ -83,9 +83,22 @@ inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t
   return {};
 }
 
-// Routes whose 256-bit variant is documented to differ from the baseline path;
-// every other route must give the same bytes on both paths.
-inline bool PathsMayDiffer(Layout /*src*/, Layout /*dst*/) { return false; }
+// How far (in code values, per byte) the 256-bit path of a route may be from the
+// baseline path; 0 for every route but the documented ones. RGB to 4:2:2 (packed
+// or planar) is computed in 14-bit fixed point on 256-bit processors.
+inline int PathTolerance(Layout src, Layout dst) {
+  if (src == Layout::RGB32 && (IsPacked(dst) || dst == Layout::P422)) return 1;
+  return 0;
+}
+
+// Whether two outputs of a route agree within its tolerance.
+inline bool PathsAgree(const uint8_t* a, const uint8_t* b, size_t n, int tolerance) {
+  for (size_t i = 0; i < n; ++i) {
+    const int d = static_cast<int>(a[i]) - static_cast<int>(b[i]);
+    if (d > tolerance || d < -tolerance) return false;
+  }
+  return true;
+}
 
 // The codes worth feeding the dispatcher: the twenty it knows, the source-only
 // alias, and one it does not know.
