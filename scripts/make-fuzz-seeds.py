@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
-"""Writes the seed corpus of the dispatcher fuzz target (tests/fuzz/corpus/dispatch).
+"""Writes the seed corpora of the fuzz targets (tests/fuzz/corpus/<target>).
 
-One seed per pair of layouts (first code of each), plus seeds that reach every alias,
-the source-only 422P and an unknown code, at widths around the block sizes and with
-every stride mode. Layout of a seed: see tests/fuzz/dispatch_fuzz.cpp."""
+dispatch: one seed per pair of layouts (first code of each), plus seeds that reach
+every alias, the source-only 422P and an unknown code, at widths around the block
+sizes and with every stride mode.
+transport: the payload reader at each start phase with full and short payloads, and
+the packed-line reader at widths around the 6- and 48-pixel groups.
+The layout of a seed is described at the top of each target's source."""
 import os
 import struct
 import sys
@@ -21,8 +24,31 @@ def seed(src, dst, w, h, smode, sraw, dmode, draw, matrix, flags, salt):
     return head + body
 
 
-def main(out):
+def transport_seeds():
+    seeds = []
+    i = 0
+    for phase in (0, 1, 2):
+        for pgroups in (1, 2, 3, 4, 7, 30, 275):
+            for short in (0, 1, 5):
+                body = bytes((i * 29 + k * 13) & 0xFF for k in range(48))
+                seeds.append(struct.pack("<BBHHB", 0, phase, pgroups + 8, short, 0) + body)
+                i += 1
+    for w in (1, 2, 6, 7, 48, 97, 480, 721, 1920):
+        for h in (1, 2, 5):
+            body = bytes((i * 17 + k * 7) & 0xFF for k in range(40))
+            seeds.append(struct.pack("<BBHHB", 1, 0, w, h, i & 1) + body)
+            i += 1
+    return seeds
+
+
+def write(out, seeds):
     os.makedirs(out, exist_ok=True)
+    for i, s in enumerate(seeds):
+        with open(os.path.join(out, "seed-%03d" % i), "wb") as f:
+            f.write(s)
+
+
+def dispatch_seeds():
     seeds = []
     n = 0
     for s in FIRST_OF_LAYOUT:
@@ -35,10 +61,10 @@ def main(out):
         seeds.append(seed(code, (code * 7 + 3) % CODE_COUNT, 725, 3, 2, 30, 0, 0, 1, 0, n))
         seeds.append(seed((code * 5 + 1) % CODE_COUNT, code, 48, 2, 3, 0xFFFF, 1, 0, 2, 1, n + 1))
         n += 2
-    for i, s in enumerate(seeds):
-        with open(os.path.join(out, "seed-%03d" % i), "wb") as f:
-            f.write(s)
+    return seeds
 
 
 if __name__ == "__main__":
-    main(sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "tests", "fuzz", "corpus", "dispatch"))
+    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "tests", "fuzz", "corpus")
+    write(os.path.join(root, "dispatch"), dispatch_seeds())
+    write(os.path.join(root, "transport"), transport_seeds())
