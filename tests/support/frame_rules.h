@@ -73,7 +73,12 @@ inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t
   // Planes to packed 4:2:2: with an odd width the engine writes a whole last group,
   // reading one luma sample past the row and writing two bytes past it (the UYVY
   // reorder leaves the odd pixel alone, but flags & 16 sends 4:2:0 to the engine).
-  if (IsPlanar(src) && IsPacked(dst) && odd) return {1, 2};
+  // Field-sited 4:2:0 gives picture row 4k+1 chroma row 2k+1, which for a height of
+  // 4k+2 is one chroma row (at most half the widest normalised stride) past the plane.
+  if (IsPlanar(src) && IsPacked(dst)) {
+    const size_t chromaRow = src == Layout::P422 ? 0 : size_t{(width + 127) / 128} * 64;
+    return {chromaRow + (odd ? 1 : 0), size_t{odd ? 2u : 0u}};
+  }
   // 8-bit to 012v converts whole groups of six pixels, the last one reading up to
   // five pixels past the row end (on the last row: past the frame).
   if (dst == Layout::V012 && src != Layout::V012 && src != Layout::RGB32) {
