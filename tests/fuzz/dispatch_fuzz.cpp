@@ -112,7 +112,7 @@ Run Convert(uint32_t levelMask, uint32_t callMask, const std::vector<uint8_t>& s
   SimdGuard();
   zelt::testing::ForceFeatureMask(callMask);
   std::unique_ptr<uint8_t[]> s(new uint8_t[src.size()]), d(new uint8_t[dstBytes]);
-  std::memcpy(s.get(), src.data(), src.size());
+  if (!src.empty()) std::memcpy(s.get(), src.data(), src.size());
   std::memset(d.get(), 0xA5, dstBytes);
   Run r{cycbcr_transcode(d.get(), s.get(), w, h, ds, ss, matrix, flags, dstCode, srcCode),
         std::vector<uint8_t>(s.get(), s.get() + src.size()), std::vector<uint8_t>(d.get(), d.get() + dstBytes)};
