@@ -62,7 +62,7 @@ void AddDispatcherJobs(std::vector<Job>& jobs) {
       const size_t srcBytes = test::FrameBytes(src, kWidth, kHeight, ss);
       const size_t dstBytes = test::FrameBytes(dst, kWidth, kHeight, ds);
       if (srcBytes == 0 || dstBytes == 0) continue;
-      const test::Allowance extra = test::RouteAllowance(src, dst, kWidth, kHeight);
+      const test::Allowance extra = test::RouteAllowance(src, dst, kWidth, kHeight, ss, ds);
       jobs.push_back({std::string("transcode ") + LayoutName(src) + "->" + LayoutName(dst),
                       [=](uint32_t seed) {
                         std::vector<uint8_t> in = Bytes(srcBytes + extra.src, seed);

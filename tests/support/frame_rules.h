@@ -62,8 +62,15 @@ inline bool IsPacked(Layout l) {
   return l == Layout::UYVY || l == Layout::YUY2 || l == Layout::YVYU || l == Layout::CYUV;
 }
 
-inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t height) {
+inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t height, uint32_t srcStride,
+                                uint32_t dstStride) {
   const bool odd = (width & 1) != 0;
+  // Planar to planar copies move whole planes of height * dst_stride (chroma: half
+  // or a quarter of that) from source planes placed by src_stride, so a wider
+  // destination stride reads on past the source frame.
+  if (IsPlanar(src) && IsPlanar(dst) && dstStride > srcStride) {
+    return {size_t{height} * (dstStride - srcStride) + 2, 0};
+  }
   // To RGB32: an odd width decodes the last pair whole, one pixel past the width on
   // every row; source rows are read back to back at the even-rounded width, so the
   // source runs on by one pair (packed) or one luma byte (planar) per row.
@@ -89,9 +96,12 @@ inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t
 }
 
 // How far (in code values, per byte) the 256-bit path of a route may be from the
-// baseline path; 0 for every route but the documented ones. RGB to 4:2:2 (packed
-// or planar) is computed in 14-bit fixed point on 256-bit processors.
+// same level without it; 0 for every route but the documented ones, -1 where the
+// two are different algorithms. RGB to 4:2:2 (packed or planar) is computed in
+// 14-bit fixed point on 256-bit processors; RGB to UYVY without 256-bit vectors
+// takes a fast path of its own (pair-averaged chroma, another byte count).
 inline int PathTolerance(Layout src, Layout dst) {
+  if (src == Layout::RGB32 && dst == Layout::UYVY) return -1;
   if (src == Layout::RGB32 && (IsPacked(dst) || dst == Layout::P422)) return 1;
   return 0;
 }
