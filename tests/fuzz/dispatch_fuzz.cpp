@@ -175,8 +175,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // same level 5 does when the fresh feature test lacks AVX2.
   Convert(kMaskSse41, kMaskSse41, src, dstAlloc, w, h, ds, ss, matrix, flags, dstCode, srcCode);
   static const bool hostAvx2 = (CPUFeatureFlags() & kFeatAvx2) != 0;
+  // Rows that overlap (an RGB32 or planar stride below the row size, which the
+  // dispatcher leaves alone) make the bytes depend on the order of the writes, so
+  // only frames whose rows stand apart are compared.
+  auto overlaps = [w](Layout l, uint32_t stride) {
+    return (l == Layout::RGB32 || test::IsPlanar(l)) && stride < NaturalStride(l, w);
+  };
   const int tolerance = test::PathTolerance(sl, dl);
-  if (hostAvx2 && tolerance >= 0) {
+  if (hostAvx2 && tolerance >= 0 && !overlaps(sl, nss) && !overlaps(dl, nds)) {
     const Run base = Convert(kMaskAvx2, kMaskSse41, src, dstAlloc, w, h, ds, ss, matrix, flags, dstCode, srcCode);
     const Run wide = Convert(kMaskAvx2, kMaskAvx2, src, dstAlloc, w, h, ds, ss, matrix, flags, dstCode, srcCode);
     if (wide.result != base.result) Fail("paths return different counts", srcCode, dstCode, w, h);
