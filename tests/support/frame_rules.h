@@ -98,10 +98,11 @@ inline Allowance RouteAllowance(Layout src, Layout dst, uint32_t width, uint32_t
 // How far (in code values, per byte) the 256-bit path of a route may be from the
 // same level without it; 0 for every route but the documented ones, -1 where the
 // two are different algorithms. RGB to 4:2:2 (packed or planar) is computed in
-// 14-bit fixed point on 256-bit processors; RGB to UYVY without 256-bit vectors
-// takes a fast path of its own (pair-averaged chroma, another byte count).
+// 14-bit fixed point on 256-bit processors; RGB to UYVY (and cyuv, which is UYVY
+// flipped) without 256-bit vectors takes a fast path of its own (pair-averaged
+// chroma, another byte count).
 inline int PathTolerance(Layout src, Layout dst) {
-  if (src == Layout::RGB32 && dst == Layout::UYVY) return -1;
+  if (src == Layout::RGB32 && (dst == Layout::UYVY || dst == Layout::CYUV)) return -1;
   if (src == Layout::RGB32 && (IsPacked(dst) || dst == Layout::P422)) return 1;
   return 0;
 }
