@@ -46,7 +46,11 @@ status=0
 while IFS= read -r t; do
   args=()
   case "$t" in *_fuzz.exe) args=(tests/fuzz/corpus/"$(basename "$t" .exe | sed 's/^zelt_//; s/_fuzz$//')") ;; esac
-  if "$wine" "$t" "${args[@]}" >"$t.wine.log" 2>&1; then
+  # Wine may report a crash in a worker thread and still exit with 0: a program
+  # passes only with a clean exit, no unhandled exception and (GoogleTest) the
+  # summary line.
+  if timeout 900 "$wine" "$t" "${args[@]}" >"$t.wine.log" 2>&1 && ! grep -q 'Unhandled' "$t.wine.log" &&
+     { [[ "$t" != *_tests.exe ]] || grep -q '^\[  PASSED  \]' "$t.wine.log"; }; then
     echo "   ok   $(basename "$t") ($(grep -Eo '^\[==========\] [0-9]+ tests?' "$t.wine.log" | tail -1 | grep -Eo '[0-9]+ tests?' || tail -1 "$t.wine.log" | tr -d '\r'))"
   else
     status=1

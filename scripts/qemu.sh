@@ -56,7 +56,7 @@ status=0
 while IFS= read -r t; do
   args=()
   case "$t" in *_fuzz) args=(tests/fuzz/corpus/"$(basename "$t" | sed 's/^zelt_//; s/_fuzz$//')") ;; esac
-  if "${qemu[@]}" "$t" "${args[@]}" >"$t.qemu.log" 2>&1; then
+  if timeout 900 "${qemu[@]}" "$t" "${args[@]}" >"$t.qemu.log" 2>&1; then
     echo "   ok   $(basename "$t") ($(grep -Eo '^\[==========\] [0-9]+ tests?' "$t.qemu.log" | tail -1 | grep -Eo '[0-9]+ tests?' || tail -1 "$t.qemu.log"))"
   else
     status=1
