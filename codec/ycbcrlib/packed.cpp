@@ -246,7 +246,8 @@ ZELT_API uint32_t cycbcr_interleaved_copy(ZELT_PACKED_ARGS) {
 
 ZELT_API void cycbcr_invert(uint8_t* buffer, uint32_t stride, uint32_t height) {
   SimdGuard();
-  if (height < 2) return;
+  // A zero stride flips nothing; return before handing memcpy a possibly null buffer.
+  if (height < 2 || stride == 0) return;
   constexpr uint32_t kStackRow = 5461;
   alignas(64) uint8_t stackRow[kStackRow];
   uint8_t* scratch = stride <= kStackRow ? stackRow : static_cast<uint8_t*>(QrAlloc(stride));

@@ -11,7 +11,7 @@
 
 namespace {
 
-std::set<std::string> DeclaredNames() {
+[[maybe_unused]] std::set<std::string> DeclaredNames() {
   std::set<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(std::string(ZELT_SOURCE_DIR) + "/include/zelt")) {
     std::ifstream in(entry.path());

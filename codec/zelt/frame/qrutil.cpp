@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +11,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -32,6 +34,7 @@
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
+#include <process.h>
 #else
 #include <pthread.h>
 #endif
@@ -242,6 +245,49 @@ void QrFree(void* p) {
 
 // ---------------------------------------------------------------- threads and events
 
+#if defined(_WIN32)
+
+// Native threads on Windows: a handle may be closed while its thread has not yet
+// started, which the MinGW std::thread (over winpthreads) does not survive when
+// detached at once.
+struct QrThread {
+  HANDLE handle;
+};
+
+namespace {
+struct ThreadStart {
+  QrThreadProc proc;
+  void* arg;
+};
+
+unsigned __stdcall RunThread(void* p) {
+  const ThreadStart start = *static_cast<ThreadStart*>(p);
+  delete static_cast<ThreadStart*>(p);
+  start.proc(start.arg);
+  return 0;
+}
+}  // namespace
+
+QrThread* qrOSCreateThread(QrThreadProc proc, void* arg, const char* /*name*/) {
+  auto* start = new ThreadStart{proc, arg};
+  const uintptr_t h = _beginthreadex(nullptr, 0, RunThread, start, 0, nullptr);
+  if (h == 0) {
+    // As std::thread does elsewhere.
+    const int err = errno;
+    delete start;
+    throw std::system_error(err, std::generic_category(), "qrOSCreateThread");
+  }
+  return new QrThread{reinterpret_cast<HANDLE>(h)};
+}
+
+void qrOSCloseThread(QrThread* thread) {
+  if (thread == nullptr) return;
+  CloseHandle(thread->handle);
+  delete thread;
+}
+
+#else
+
 struct QrThread {
   std::thread thread;
 };
@@ -267,6 +313,8 @@ void qrOSCloseThread(QrThread* thread) {
   delete thread;
 }
 
+#endif
+
 struct QrEvent {
   std::mutex mutex;
   std::condition_variable cv;
@@ -276,10 +324,10 @@ struct QrEvent {
 QrEvent* qrOSCreateEvent(const char*) { return new QrEvent; }
 
 void qrOSSetEvent(QrEvent* event) {
-  {
-    std::lock_guard<std::mutex> lock(event->mutex);
-    event->set = true;
-  }
+  // Notify while holding the lock: a waiter that wakes may close the event at
+  // once, and must not find this thread still touching the condition variable.
+  std::lock_guard<std::mutex> lock(event->mutex);
+  event->set = true;
   event->cv.notify_all();
 }
 
