@@ -24,8 +24,10 @@ void ExchangeChromaRunAvx2(uint8_t* dst, const uint8_t* src, size_t groups, bool
 // Frames of at least this many destination bytes are written with streaming stores.
 inline constexpr size_t kStreamFrameBytes = kStreamingThreshold;
 
+// Helpers defined in this header have internal linkage: it is also compiled into
+// the AVX2 objects, and one shared inline copy could be handed to a baseline caller.
 // True when [a, a+n) and [b, b+n) share a byte but do not start at the same place.
-inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {
+static inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {
   if (a == b) return false;
   return a < b ? b < a + n : a < b + n;
 }

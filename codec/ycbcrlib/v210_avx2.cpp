@@ -155,7 +155,8 @@ const T* Advance(const T* p, size_t bytes) {
 }  // namespace
 
 uint32_t HbdTo012vFrameAvx2(HbdSource s, const HbdFrame& f) {
-  const size_t pitch = std::max(f.dst_stride, V012MinPitch(f.width));
+  // No std::max here: its instantiation would be shared with baseline objects.
+  const size_t pitch = f.dst_stride > V012MinPitch(f.width) ? f.dst_stride : V012MinPitch(f.width);
   for (uint32_t r = 0; r < f.height; ++r) {
     const size_t c = HbdBandChroma(s, f, r);
     const uint16_t* y = Advance(f.y, size_t{r} * f.src_stride);

@@ -35,8 +35,10 @@ enum class HbdSource : uint8_t {
   k420p10, k420p16,  // picture row r reads chroma row r/2
 };
 
+// Helpers defined in this header have internal linkage: it is also compiled into
+// the AVX2 objects, and one shared inline copy could be handed to a baseline caller.
 // Right shift that brings a sample to 10 bits (it is then masked to 10 bits).
-constexpr unsigned HbdShift(HbdSource s) {
+static constexpr unsigned HbdShift(HbdSource s) {
   switch (s) {
     case HbdSource::k422p12:
     case HbdSource::k444p12: return 2;
@@ -45,8 +47,8 @@ constexpr unsigned HbdShift(HbdSource s) {
     default: return 0;
   }
 }
-constexpr bool HbdFullChroma(HbdSource s) { return s == HbdSource::k444p10 || s == HbdSource::k444p12; }
-constexpr bool Hbd420(HbdSource s) { return s == HbdSource::k420p10 || s == HbdSource::k420p16; }
+static constexpr bool HbdFullChroma(HbdSource s) { return s == HbdSource::k444p10 || s == HbdSource::k444p12; }
+static constexpr bool Hbd420(HbdSource s) { return s == HbdSource::k420p10 || s == HbdSource::k420p16; }
 
 struct HbdFrame {
   uint8_t* dst;
@@ -62,14 +64,14 @@ struct HbdFrame {
 
 // Byte offset of the chroma row of picture row r: 4:2:2 half the luma offset,
 // 4:4:4 the luma offset, 4:2:0 half the offset of luma row r/2.
-inline size_t HbdChromaOffset(HbdSource s, uint32_t row, uint32_t src_stride) {
+static inline size_t HbdChromaOffset(HbdSource s, uint32_t row, uint32_t src_stride) {
   if (HbdFullChroma(s)) return size_t{row} * src_stride;
   if (Hbd420(s)) return size_t{row / 2} * src_stride / 2;
   return size_t{row} * src_stride / 2;
 }
 
 // Chroma offset of row r of a frame or band, from the band's chroma pointers.
-inline size_t HbdBandChroma(HbdSource s, const HbdFrame& f, uint32_t r) {
+static inline size_t HbdBandChroma(HbdSource s, const HbdFrame& f, uint32_t r) {
   return HbdChromaOffset(s, f.first_row + r, f.src_stride) - HbdChromaOffset(s, f.first_row, f.src_stride);
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "support/aligned.h"
 #include "support/buffers.h"
 #include "support/paths.h"
 #include "zelt/ycbcr_planar.h"
@@ -213,14 +214,12 @@ TEST(PlanarPaths, CyuvWrappersAgreeOnEveryPath) {
 // unaligned rows. The bytes must not change.
 TEST(PlanarPaths, LargeFramesGiveTheSameBytes) {
   constexpr uint32_t w = 3838, h = 1472;
-  struct Free {
-    void operator()(uint8_t* p) const { std::free(p); }
-  };
   const size_t size = size_t{w} * h * 2;
-  std::unique_ptr<uint8_t, Free> src(static_cast<uint8_t*>(std::aligned_alloc(64, size)));
-  std::unique_ptr<uint8_t, Free> dst(static_cast<uint8_t*>(std::aligned_alloc(64, size)));
+  test::AlignedBytes srcBuf(size), dstBuf(size);
+  uint8_t* const srcp = srcBuf.data();
+  uint8_t* const dstp = dstBuf.data();
   const std::vector<uint8_t> random = test::RandomBytes(size, 1234);
-  std::copy(random.begin(), random.end(), src.get());
+  std::copy(random.begin(), random.end(), srcp);
   const struct {
     Fn fn;
     bool toPacked;
@@ -228,9 +227,9 @@ TEST(PlanarPaths, LargeFramesGiveTheSameBytes) {
                {cycbcr_uyvy_to_i420, false}, {cycbcr_uyvy_to_p422, false}, {cycbcr_yvyu_to_i420, false}};
   for (const auto& c : cases) {
     const auto results = test::RunEveryPath([&] {
-      std::fill_n(dst.get(), size, 0x77);
-      c.fn(dst.get(), src.get(), w, h, c.toPacked ? 2 * w : w, c.toPacked ? w : 2 * w);
-      return std::vector<uint8_t>(dst.get(), dst.get() + size);
+      std::fill_n(dstp, size, 0x77);
+      c.fn(dstp, srcp, w, h, c.toPacked ? 2 * w : w, c.toPacked ? w : 2 * w);
+      return std::vector<uint8_t>(dstp, dstp + size);
     });
     for (const auto& r : results) EXPECT_TRUE(r.bytes == results.front().bytes) << r.path;
   }

@@ -7,8 +7,10 @@
 
 namespace zelt::direct {
 
+// Helpers defined in this header have internal linkage: it is also compiled into
+// the AVX2 objects, and one shared inline copy could be handed to a baseline caller.
 // True when [a, a+n) and [b, b+n) share bytes without being the same range.
-inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {
+static inline bool PartlyOverlap(const uint8_t* a, const uint8_t* b, size_t n) {
   if (a == b) return false;
   return a < b ? b < a + n : a < b + n;
 }

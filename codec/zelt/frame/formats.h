@@ -48,12 +48,14 @@ const char* LayoutName(Layout layout);
 //   RGB32, 422P and anything else: unchanged.
 void NormalizeStride(uint32_t code, uint32_t width, uint32_t* stride);
 
+// Helpers defined in this header have internal linkage: it is also compiled into
+// the AVX2 objects, and one shared inline copy could be handed to a baseline caller.
 // Smallest 012v row pitch: width rounded up to 48 pixels, 128 bytes per 48.
-constexpr uint32_t V012MinPitch(uint32_t width) { return (width + 47) / 48 * 128; }
+static constexpr uint32_t V012MinPitch(uint32_t width) { return (width + 47) / 48 * 128; }
 
 // 012v pitch in use for a caller's pitch: raised to the minimum (0 is kept: it
 // means rows follow one another with no padding).
-constexpr uint32_t V012Pitch(uint32_t width, uint32_t pitch) {
+static constexpr uint32_t V012Pitch(uint32_t width, uint32_t pitch) {
   return (pitch != 0 && pitch < V012MinPitch(width)) ? V012MinPitch(width) : pitch;
 }
 
