@@ -5,7 +5,9 @@ dispatch: one seed per pair of layouts (first code of each), plus seeds that rea
 every alias, the source-only 422P and an unknown code, at widths around the block
 sizes and with every stride mode.
 transport: the payload reader at each start phase with full and short payloads, and
-the packed-line reader at widths around the 6- and 48-pixel groups.
+the packed-line reader at widths around the 6- and 48-pixel groups, the packetised
+reader at one to eight packets a line.
+rows: every mode of the row target at widths around the vector block sizes.
 The layout of a seed is described at the top of each target's source."""
 import os
 import struct
@@ -38,6 +40,23 @@ def transport_seeds():
             body = bytes((i * 17 + k * 7) & 0xFF for k in range(40))
             seeds.append(struct.pack("<BBHHB", 1, 0, w, h, i & 1) + body)
             i += 1
+    for w in (480, 481, 720, 961, 1280, 1920, 3599):
+        for h in (1, 2, 5):
+            body = bytes((i * 23 + k * 3) & 0xFF for k in range(40))
+            seeds.append(struct.pack("<BBHHB", 2, 0, w - 480, h - 1, i & 1) + body)
+            i += 1
+    return seeds
+
+
+def rows_seeds():
+    seeds = []
+    i = 0
+    for mode in range(7):
+        for w in (0, 1, 2, 5, 6, 7, 13, 31, 32, 33, 47, 48, 65, 97, 725, 1283):
+            params = bytes(((i * 7 + k * 5) & 0xFF) for k in range(4))
+            body = bytes((i * 31 + k * 11) & 0xFF for k in range(32))
+            seeds.append(struct.pack("<BHB", mode, w, i % 4) + params + body)
+            i += 1
     return seeds
 
 
@@ -68,3 +87,4 @@ if __name__ == "__main__":
     root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "tests", "fuzz", "corpus")
     write(os.path.join(root, "dispatch"), dispatch_seeds())
     write(os.path.join(root, "transport"), transport_seeds())
+    write(os.path.join(root, "rows"), rows_seeds())

@@ -7,6 +7,9 @@
 //           to touch src + srcLength or beyond.
 //   mode 1: zlt_YCbCr10Packed_to_v210, packed lines of width * 20 / 8 bytes back
 //           to back, into a v210 frame of exactly height lines.
+//   mode 2: zlt_YCbCr10Packetized_to_v210, packets 1220 bytes apart; the source ends
+//           with the last byte the packet walk reads (widths from 480 up, so a line
+//           has at least one packet).
 // Destinations are exact too. With AVX2 on the host, both paths must agree.
 //
 // Input bytes: 0 mode, 1 phase, 2-3 pgroups or width, 4-5 srcLength or height,
@@ -56,7 +59,7 @@ Bytes OnEveryPath(F run) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 7) return 0;
-  const uint8_t mode = data[0] % 2;
+  const uint8_t mode = data[0] % 3;
   const uint32_t phase = (data[1] % 3) * 2;
   const uint16_t a = static_cast<uint16_t>(data[2] | data[3] << 8);
   const uint16_t b = static_cast<uint16_t>(data[4] | data[5] << 8);
@@ -77,6 +80,34 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       zlt_4175_to_v210(dst.data(), src.data(), srcLength, pgroups, phase);
       const auto* p = reinterpret_cast<const uint8_t*>(dst.data());
       return Bytes(p, p + dst.size() * 4);
+    });
+    return 0;
+  }
+
+  if (mode == 2) {
+    const uint32_t width = 480 + a % 3600, height = 1 + b % 6;
+    // The reader's packet walk: perLine packets a line, a new packet every
+    // pixelsPerPacket pixels, four samples (five bytes) a pixel pair.
+    const uint32_t perLine = (width * height * 20 / 9600) / height;
+    const uint32_t pixelsPerPacket = width / perLine;
+    size_t extent = 0;
+    for (uint32_t n = 0; n < height; ++n) {
+      size_t packet = 0, s = 0;
+      for (uint32_t x = 0; x < width; x += 2) {
+        if (x % pixelsPerPacket == 0) {
+          packet = size_t{perLine * n + x / pixelsPerPacket} * 1220;
+          s = 0;
+        }
+        extent = std::max(extent, packet + (s / 4 + 1) * 5);
+        s += 4;
+      }
+    }
+    OnEveryPath([&] {
+      Bytes src(extent);
+      for (size_t i = 0; i < src.size(); ++i) src[i] = payload.empty() ? uint8_t(i * 5) : payload[i % payload.size()];
+      Bytes dst(V210Line(width) * height, 0xA5);
+      zlt_YCbCr10Packetized_to_v210(dst.data(), src.data(), width, height, fields);
+      return dst;
     });
     return 0;
   }
