@@ -1,9 +1,11 @@
 // 012v (10-bit 4:2:2, six pixels in sixteen bytes) to 8-bit RGB.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "ycbcrlib/to_rgb_kernels.h"
 #include "ycbcrlib/to_rgb_pixels.h"
+#include "zelt/rows/row_kernels.h"
 #include "zelt/frame/formats.h"
 #include "zelt/frame/matrices.h"
 #include "zelt/frame/simd_level.h"
@@ -57,28 +59,33 @@ void V012Frame(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height
 }
 
 #if defined(__x86_64__) || defined(_M_X64)
-// 32-bit output with a row pitch: the row is unpacked 48 pixels at a time into
-// 16-bit samples on the stack and decoded by the 256-bit kernel; the last
-// incomplete chunk of a row goes through the portable pixel loop.
+// 32-bit output with a row pitch: the row is unpacked a chunk at a time into
+// left-aligned 16-bit samples by the row pipeline's 256-bit v210 unpacker (the
+// groups it leaves at the chunk end by the portable unpacker, shifted alike) and
+// decoded by the 256-bit kernel from the top 10 bits; the last 0 to 23 pixels of a
+// row go through the portable pixel loop.
 template <int Order>
 void V012FrameAvx2(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t dstStride,
                    uint32_t pitch, const YcbcrToRgbMatrix& m, bool bottomUp) {
-  constexpr uint32_t kChunk = 48;
+  constexpr uint32_t kChunk = 384;  // 64 groups, 48 blocks of the kernel
   alignas(32) uint16_t ys[kChunk], cbs[kChunk / 2], crs[kChunk / 2];
   for (uint32_t r = 0; r < height; ++r) {
     uint8_t* d = dst + size_t{bottomUp ? height - 1 - r : r} * dstStride;
     const uint8_t* row = src + size_t{r} * pitch;
     uint32_t x = 0;
-    for (; x + kChunk <= width; x += kChunk) {
-      for (uint32_t g = 0; g < kChunk / 6; ++g) {
-        const Group s = Unpack(row + (size_t{x} / 6 + g) * 16);
-        for (int i = 0; i < 6; ++i) ys[6 * g + i] = static_cast<uint16_t>(s.y[i]);
+    // Chunks of whole groups and whole kernel blocks: multiples of 24 pixels.
+    for (uint32_t n; (n = std::min(kChunk, (width - x) / 24 * 24)) != 0; x += n) {
+      const uint8_t* groups = row + size_t{x} / 6 * 16;
+      const size_t count = n / 6;
+      for (size_t g = rows::V210Yuv16GroupsAvx2(groups, count, ys, cbs, crs); g < count; ++g) {
+        const Group s = Unpack(groups + g * 16);
+        for (int i = 0; i < 6; ++i) ys[6 * g + i] = static_cast<uint16_t>(s.y[i] << 6);
         for (int i = 0; i < 3; ++i) {
-          cbs[3 * g + i] = static_cast<uint16_t>(s.cb[i]);
-          crs[3 * g + i] = static_cast<uint16_t>(s.cr[i]);
+          cbs[3 * g + i] = static_cast<uint16_t>(s.cb[i] << 6);
+          crs[3 * g + i] = static_cast<uint16_t>(s.cr[i] << 6);
         }
       }
-      Planar16PairsToRgb32Avx2(d + size_t{x} * 4, ys, cbs, crs, kChunk / 2, m, 512, Order);
+      Planar16PairsToRgb32Avx2(d + size_t{x} * 4, ys, cbs, crs, n / 2, m, 512, Order, 6);
     }
     for (; x < width; x += 6) {
       const Group g = Unpack(row + size_t{x} / 6 * 16);

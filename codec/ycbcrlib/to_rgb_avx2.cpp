@@ -121,14 +121,17 @@ size_t PlanarPairsToRgb32Avx2(uint8_t* dst, const uint8_t* y, const uint8_t* cb,
 }
 
 size_t Planar16PairsToRgb32Avx2(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
-                                size_t pairs, const YcbcrToRgbMatrix& m, int32_t centre, uint32_t order) {
+                                size_t pairs, const YcbcrToRgbMatrix& m, int32_t centre, uint32_t order, int rshift) {
   const Coefs k(m, order, centre);
+  const __m128i count = _mm_cvtsi32_si128(rshift);
   const __m128i dup = _mm_setr_epi8(0, 1, 0, 1, 2, 3, 2, 3, 4, 5, 4, 5, 6, 7, 6, 7);
   const size_t blocks = pairs / 4;
   for (size_t i = 0; i < blocks; ++i) {
-    const __m128i y8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + 8 * i));
-    const __m128i cb8 = _mm_shuffle_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cb + 4 * i)), dup);
-    const __m128i cr8 = _mm_shuffle_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cr + 4 * i)), dup);
+    const __m128i y8 = _mm_srl_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(y + 8 * i)), count);
+    const __m128i cb8 =
+        _mm_shuffle_epi8(_mm_srl_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cb + 4 * i)), count), dup);
+    const __m128i cr8 =
+        _mm_shuffle_epi8(_mm_srl_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cr + 4 * i)), count), dup);
     const __m256i yCr = _mm256_set_m128i(_mm_unpackhi_epi16(y8, cr8), _mm_unpacklo_epi16(y8, cr8));
     const __m256i yCb = _mm256_set_m128i(_mm_unpackhi_epi16(y8, cb8), _mm_unpacklo_epi16(y8, cb8));
     Decode8(k, yCr, yCb, _mm256_cvtepu16_epi32(cr8), dst + 32 * i);

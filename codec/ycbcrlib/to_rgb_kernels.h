@@ -21,8 +21,10 @@ size_t PackedPairsToRgb32Avx2(uint8_t* dst, const uint8_t* groups, int yAt, int 
 size_t PlanarPairsToRgb32Avx2(uint8_t* dst, const uint8_t* y, const uint8_t* cb, const uint8_t* cr, size_t pairs,
                               const YcbcrToRgbMatrix& m, uint32_t order);
 
-// Planar pairs of 16-bit samples (at most 15 bits used), chroma centred on `centre`.
+// Planar pairs of 16-bit samples, chroma centred on `centre`. Each sample is first
+// shifted right by `rshift`; what remains must fit 15 bits.
 size_t Planar16PairsToRgb32Avx2(uint8_t* dst, const uint16_t* y, const uint16_t* cb, const uint16_t* cr,
-                                size_t pairs, const YcbcrToRgbMatrix& m, int32_t centre, uint32_t order);
+                                size_t pairs, const YcbcrToRgbMatrix& m, int32_t centre, uint32_t order,
+                                int rshift = 0);
 
 }  // namespace zelt::ycbcr

@@ -134,19 +134,24 @@ TEST(V012ToRgb, FramesMatchThePixelRules) {
   }
 }
 
+// Wide rows: whole 384-pixel chunks, a last partial chunk and a portable tail,
+// over random words (the two spare bits of each set at random too).
 TEST(V012ToRgb, VectorPathMatchesOverManySamples) {
   if (!test::HostHasAvx2()) GTEST_SKIP() << "no AVX2";
-  const uint32_t w = 1920, h = 64, pitch = 5120;
-  const std::vector<uint8_t> src = test::RandomBytes(size_t{pitch} * h, 77);
-  for (uint32_t matrix = 0; matrix < 8; ++matrix) {
-    const auto paths = test::RunEveryPath([&] {
-      std::vector<uint8_t> dst(size_t{w} * h * 4);
-      cycbcr_012v_to_rgb32(dst.data(), src.data(), w, h, 4 * w, pitch, matrix, matrix % 4);
-      return dst;
-    });
-    ASSERT_EQ(paths.size(), 2u);
-    ASSERT_EQ(paths[0].bytes, paths[1].bytes) << "id " << matrix << ": "
-                                              << test::FirstDifference(paths[0].bytes, paths[1].bytes);
+  const uint32_t h = 9;
+  for (uint32_t w : {1920u, 1283u, 791u, 409u, 384u}) {
+    const uint32_t pitch = (w + 47) / 48 * 128 + (w % 2 ? 0 : 64);
+    const std::vector<uint8_t> src = test::RandomBytes(size_t{pitch} * h, 77 + w);
+    for (uint32_t matrix = 0; matrix < 8; ++matrix) {
+      const auto paths = test::RunEveryPath([&] {
+        std::vector<uint8_t> dst(size_t{w} * h * 4);
+        cycbcr_012v_to_rgb32(dst.data(), src.data(), w, h, 4 * w, pitch, matrix, matrix % 4);
+        return dst;
+      });
+      ASSERT_EQ(paths.size(), 2u);
+      ASSERT_EQ(paths[0].bytes, paths[1].bytes) << "w " << w << " id " << matrix << ": "
+                                                << test::FirstDifference(paths[0].bytes, paths[1].bytes);
+    }
   }
 }
 
