@@ -52,4 +52,14 @@ inline void SetBytes(benchmark::State& state, size_t readBytes, size_t writtenBy
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(readBytes + writtenBytes));
 }
 
+// The baseline every job is compared with: memcpy of `n` bytes between two buffers.
+inline void RunMemcpy(benchmark::State& state, size_t n) {
+  Buffer src(n), dst(n);
+  for (auto _ : state) {
+    std::memcpy(dst.data(), src.data(), n);
+    benchmark::ClobberMemory();
+  }
+  SetBytes(state, n, n);
+}
+
 }  // namespace zelt::bench

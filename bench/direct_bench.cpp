@@ -18,22 +18,12 @@ constexpr size_t kYuvBytes = size_t{kW} * kH * 2;
 
 // The yardsticks: one frame copied, read once and written once.
 void BM_Direct_memcpy_Rgb32(benchmark::State& state) {
-  Buffer src(kRgbBytes), dst(kRgbBytes);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), kRgbBytes);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, kRgbBytes, kRgbBytes);
+  RunMemcpy(state, kRgbBytes);
 }
 BENCHMARK(BM_Direct_memcpy_Rgb32)->Unit(benchmark::kMillisecond);
 
 void BM_Direct_memcpy_2vuy(benchmark::State& state) {
-  Buffer src(kYuvBytes), dst(kYuvBytes);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), kYuvBytes);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, kYuvBytes, kYuvBytes);
+  RunMemcpy(state, kYuvBytes);
 }
 BENCHMARK(BM_Direct_memcpy_2vuy)->Unit(benchmark::kMillisecond);
 

@@ -59,12 +59,7 @@ BENCHMARK(BM_FromRgb32<Call<cycbcr_RGB32_to_i420>, kI420>)->ArgsProduct({{0, 1},
 
 void BM_memcpy_rgb32_to_uyvy_bytes(benchmark::State& state) {
   const size_t n = size_t{kHd.w} * kHd.h * 3;  // 4 bytes read + 2 written per pixel, halved
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 BENCHMARK(BM_memcpy_rgb32_to_uyvy_bytes)->Unit(benchmark::kMillisecond);
 

@@ -9,12 +9,7 @@ namespace {
 
 void BM_memcpy(benchmark::State& state) {
   const size_t n = static_cast<size_t>(state.range(0));
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 
 void BM_CopyMemoryFast(benchmark::State& state) {

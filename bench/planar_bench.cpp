@@ -20,23 +20,13 @@ Size SizeOf(const benchmark::State& state) {
 void BM_planar_memcpy_420(benchmark::State& state) {
   const Size s = SizeOf(state);
   const size_t n = size_t{s.w} * s.h * 7 / 4;
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 
 void BM_planar_memcpy_422(benchmark::State& state) {
   const Size s = SizeOf(state);
   const size_t n = size_t{s.w} * s.h * 2;
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 
 using Fn = uint32_t (*)(uint8_t*, const uint8_t*, uint32_t, uint32_t, uint32_t, uint32_t);

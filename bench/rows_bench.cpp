@@ -73,12 +73,7 @@ void BM_CGRGBtoVSRGB(benchmark::State& state) {
 // v210 unpack (5.53 MB in + 8.29 MB out), RGB32 pack (8.29 + 8.29), range (12.44 + 12.44).
 void BM_memcpy_rows(benchmark::State& state) {
   const size_t n = static_cast<size_t>(state.range(0));
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 
 BENCHMARK(BM_V210RowToYUV16)->Unit(benchmark::kMicrosecond);

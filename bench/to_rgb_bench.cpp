@@ -16,12 +16,7 @@ constexpr uint32_t kW = kHd.w, kH = kHd.h;
 
 void BM_ToRgb_memcpy_rgb32(benchmark::State& state) {
   const size_t n = size_t{kW} * kH * 4;
-  Buffer src(n), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n);
-    benchmark::ClobberMemory();
-  }
-  SetBytes(state, n, n);
+  RunMemcpy(state, n);
 }
 
 using PackedFn = uint32_t (*)(uint8_t*, const uint8_t*, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t);
