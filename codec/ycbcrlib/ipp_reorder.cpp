@@ -20,20 +20,19 @@ Status Check(const void* a, const void* b, const void* c, const void* d, Roi roi
   return kNoErr;
 }
 
-}  // namespace
-
-// ippiYCbCr422ToCbYCr422_8u_P3C2R: planes Y, Cb, Cr (chroma half width, full
-// height) to packed Cb Y0 Cr Y1; row r of every plane feeds packed row r.
-Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
-                                Roi roi, bool wide, bool stream) {
-  const Status st = Check(src[0], src[1], src[2], dst, roi);
+// Planes to packed Cb Y0 Cr Y1 rows: packed row r takes luma row r and chroma row
+// r >> chromaShift of the given planes.
+Status PlanesToCbYCr(const uint8_t* y0, int yStep, const uint8_t* cb0, int cbStep, const uint8_t* cr0, int crStep,
+                     int chromaShift, uint8_t* dst, int dstStep, Roi roi, bool wide, bool stream) {
+  const Status st = Check(y0, cb0, cr0, dst, roi);
   if (st != kNoErr) return st;
   const size_t pairs = static_cast<size_t>(roi.width) / 2;
   for (int r = 0; r < roi.height; ++r) {
+    const int k = r >> chromaShift;
     uint8_t* d = dst + ptrdiff_t{r} * dstStep;
-    const uint8_t* y = src[0] + ptrdiff_t{r} * srcStep[0];
-    const uint8_t* cb = src[1] + ptrdiff_t{r} * srcStep[1];
-    const uint8_t* cr = src[2] + ptrdiff_t{r} * srcStep[2];
+    const uint8_t* y = y0 + ptrdiff_t{r} * yStep;
+    const uint8_t* cb = cb0 + ptrdiff_t{k} * cbStep;
+    const uint8_t* cr = cr0 + ptrdiff_t{k} * crStep;
     if (wide) {
       PackRowAvx2(d, y, cb, cr, pairs, false, stream);
     } else {
@@ -44,28 +43,23 @@ Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3
   return kNoErr;
 }
 
+}  // namespace
+
+// ippiYCbCr422ToCbYCr422_8u_P3C2R: planes Y, Cb, Cr (chroma half width, full
+// height) to packed Cb Y0 Cr Y1; row r of every plane feeds packed row r.
+Status YCbCr422ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
+                                Roi roi, bool wide, bool stream) {
+  return PlanesToCbYCr(src[0], srcStep[0], src[1], srcStep[1], src[2], srcStep[2], 0, dst, dstStep, roi, wide,
+                       stream);
+}
+
 // ippiYCrCb420ToCbYCr422_8u_P3C2R: planes given as Y, Cr, Cb (4:2:0) to packed
 // Cb Y0 Cr Y1 with progressive chroma siting: luma rows 2k and 2k+1 both take
 // chroma row k, repeated, not interpolated.
 Status YCrCb420ToCbYCr422_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep,
                                 Roi roi, bool wide, bool stream) {
-  const Status st = Check(src[0], src[1], src[2], dst, roi);
-  if (st != kNoErr) return st;
-  const size_t pairs = static_cast<size_t>(roi.width) / 2;
-  for (int r = 0; r < roi.height; ++r) {
-    const int k = r / 2;
-    uint8_t* d = dst + ptrdiff_t{r} * dstStep;
-    const uint8_t* y = src[0] + ptrdiff_t{r} * srcStep[0];
-    const uint8_t* cb = src[2] + ptrdiff_t{k} * srcStep[2];
-    const uint8_t* cr = src[1] + ptrdiff_t{k} * srcStep[1];
-    if (wide) {
-      PackRowAvx2(d, y, cb, cr, pairs, false, stream);
-    } else {
-      PackRow(d, y, cb, cr, pairs, false);
-    }
-  }
-  if (wide && stream) StreamingFence();
-  return kNoErr;
+  return PlanesToCbYCr(src[0], srcStep[0], src[2], srcStep[2], src[1], srcStep[1], 1, dst, dstStep, roi, wide,
+                       stream);
 }
 
 // ippiCbYCr422ToYCbCr422_8u_C2P3R: packed Cb Y0 Cr Y1 to planes Y, Cb, Cr (chroma
