@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "bench_util.h"
-#include "zelt/frame/qrutil.h"
+#include "core/platform.h"
 
 namespace zelt::bench {
 namespace {

@@ -2,7 +2,7 @@
 // (BM_memcpy in memcpy_bench.cpp with the frame size as argument).
 #include "bench_util.h"
 #include "support/paths.h"
-#include "zelt/frame/testing.h"
+#include "core/testing.h"
 #include "zelt/ycbcr.h"
 
 #if ZELT_HAVE_LIBYUV

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "bench_util.h"
-#include "zelt/frame/testing.h"
+#include "core/testing.h"
 #include "zelt/pq.h"
 #include "zelt/rfc4175.h"
 

@@ -6,11 +6,11 @@
 #include <cstdint>
 
 #include "bench_util.h"
-#include "ycbcrlib/v210_kernels.h"
-#include "zelt/frame/formats.h"
-#include "zelt/frame/qrutil.h"
-#include "zelt/frame/simd_level.h"
-#include "zelt/frame/testing.h"
+#include "transcode/v210_kernels.h"
+#include "core/formats.h"
+#include "core/platform.h"
+#include "core/simd_level.h"
+#include "core/testing.h"
 #include "zelt/ycbcr_v210.h"
 
 namespace zelt::bench {
@@ -73,12 +73,12 @@ void BM_yuv422p10_to_012v(benchmark::State& state) {
   const auto* py = reinterpret_cast<const uint16_t*>(y.data());
   const auto* pcb = reinterpret_cast<const uint16_t*>(cb.data());
   const auto* pcr = reinterpret_cast<const uint16_t*>(cr.data());
-  const ycbcr::HbdFrame frame{dst.data(), py, pcb, pcr, s.w, s.h, pitch, ss};
+  const transcode::HbdFrame frame{dst.data(), py, pcb, pcr, s.w, s.h, pitch, ss};
   for (auto _ : state) {
     switch (mode) {
-      case 2: ycbcr::HbdTo012vFrame(ycbcr::HbdSource::k422p10, frame); break;
+      case 2: transcode::HbdTo012vFrame(transcode::HbdSource::k422p10, frame); break;
 #if defined(__x86_64__) || defined(_M_X64)
-      case 3: ycbcr::HbdTo012vFrameAvx2(ycbcr::HbdSource::k422p10, frame); break;
+      case 3: transcode::HbdTo012vFrameAvx2(transcode::HbdSource::k422p10, frame); break;
 #endif
       default: cycbcr_yuv422p10_to_012v(dst.data(), py, pcb, pcr, s.w, s.h, pitch, ss); break;
     }

@@ -1,12 +1,14 @@
 # Source discovery and per-file instruction-set flags.
 #
-# Every *.cpp under codec/ belongs to the library. A file named *_avx2.cpp is the
-# only kind compiled for AVX2, a *_sse41.cpp the only kind compiled for SSE4.1;
-# everything else is built for the x86-64 baseline (SSE2). codec/zelt/frame/testing.cpp
-# holds the test hooks and goes into the static twin only.
+# Every *.cpp under src/ belongs to the library. A file named *_avx2.cpp is the
+# only kind compiled for AVX2, a *_sse41.cpp the only kind compiled for SSE4.1 and
+# a *_avx512.cpp the only kind compiled for AVX-512 (F, BW, VL, DQ); vector files
+# live in the x86/ folder of their family. Everything else is built for the x86-64
+# baseline (SSE2). src/core/testing.cpp holds the test hooks and goes into the
+# static twin only.
 
-file(GLOB_RECURSE ZELT_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/codec/*.cpp)
-list(FILTER ZELT_SOURCES EXCLUDE REGEX "/frame/testing\\.cpp$")
+file(GLOB_RECURSE ZELT_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/*.cpp)
+list(FILTER ZELT_SOURCES EXCLUDE REGEX "/core/testing\\.cpp$")
 
 set(ZELT_X86 OFF)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64|i[3-6]86|x86)$")
@@ -20,6 +22,12 @@ foreach(src IN LISTS ZELT_SOURCES)
     else()
       set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-mavx2")
     endif()
+  elseif(src MATCHES "_avx512\\.cpp$" AND ZELT_X86)
+    if(MSVC)
+      set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "/arch:AVX512")
+    else()
+      set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-mavx512f;-mavx512bw;-mavx512vl;-mavx512dq")
+    endif()
   elseif(src MATCHES "_sse41\\.cpp$" AND ZELT_X86 AND NOT MSVC)
     set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-msse4.1")
   endif()
@@ -29,7 +37,7 @@ function(zelt_warnings target)
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4)
   else()
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wno-unused-parameter)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wundef -Wno-unused-parameter)
   endif()
 endfunction()
 

@@ -3,8 +3,8 @@
 # and runs the whole test suite under qemu-x86_64 user emulation with a processor
 # model that has AVX but no AVX2. Any AVX2 instruction reached there dies of SIGILL.
 #   1. no inline function or template is defined both in a vector object (*_avx2,
-#      *_sse41) and in an object of another instruction set (the linker could hand
-#      the baseline the vector copy);
+#      *_sse41, *_avx512) and in an object of another instruction set (the linker
+#      could hand the baseline the vector copy);
 #   2. a control run that forces the AVX2 path must die of SIGILL under the model
 #      (so the emulator really traps AVX2);
 #   3. the level chosen under the model is below 5;
@@ -21,18 +21,18 @@ qemu=(qemu-x86_64 -cpu "$model")
 echo "1. weak definitions shared between vector and baseline objects"
 # The optimised tree, and the debug tree when there is one: at -O0 nothing is
 # inlined away, so a hazard that optimisation hides today still shows. Each
-# instruction-set group (*_avx2, *_sse41, the rest) must share no weak symbol
+# instruction-set group (*_avx2, *_sse41, *_avx512, the rest) must share no weak symbol
 # with any other group.
 weak() { [ $# -gt 0 ] || return 0; nm --defined-only "$@" 2>/dev/null | awk '$2 ~ /^[WVu]$/ {print $3}' | sort -u; }
 group() {  # objects of one group: avx2, sse41 or base
   case "$2" in
-    base) find "$1" -name '*.cpp.o' ! -name '*_avx2.cpp.o' ! -name '*_sse41.cpp.o' ;;
+    base) find "$1" -name '*.cpp.o' ! -name '*_avx2.cpp.o' ! -name '*_sse41.cpp.o' ! -name '*_avx512.cpp.o' ;;
     *) find "$1" -name "*_$2.cpp.o" ;;
   esac
 }
 for objs in build/qemu/CMakeFiles/zelt_objects.dir build/debug/CMakeFiles/zelt_objects.dir; do
   [ -d "$objs" ] || continue
-  for pair in "avx2 base" "sse41 base" "avx2 sse41"; do
+  for pair in "avx2 base" "sse41 base" "avx2 sse41" "avx512 base" "avx512 avx2" "avx512 sse41"; do
     set -- $pair
     mapfile -t a < <(group "$objs" "$1")
     mapfile -t b < <(group "$objs" "$2")

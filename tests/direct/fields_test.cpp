@@ -10,7 +10,7 @@
 #include "support/buffers.h"
 #include "support/levels.h"
 #include "zelt/direct.h"
-#include "zelt/frame/testing.h"
+#include "core/testing.h"
 
 namespace zelt {
 namespace {

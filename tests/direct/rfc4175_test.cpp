@@ -9,7 +9,7 @@
 
 #include "support/buffers.h"
 #include "support/paths.h"
-#include "zelt/frame/wexutil.h"
+#include "core/bit_writer.h"
 #include "zelt/rfc4175.h"
 
 namespace zelt {

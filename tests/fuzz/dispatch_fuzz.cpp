@@ -19,11 +19,11 @@
 #include <vector>
 
 #include "support/frame_rules.h"
-#include "ycbcrlib/routes.h"
-#include "zelt/frame/formats.h"
-#include "zelt/frame/qrutil.h"
-#include "zelt/frame/simd_level.h"
-#include "zelt/frame/testing.h"
+#include "transcode/routes.h"
+#include "core/formats.h"
+#include "core/platform.h"
+#include "core/simd_level.h"
+#include "core/testing.h"
 #include "zelt/ycbcr.h"
 
 namespace {
@@ -140,7 +140,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const uint8_t srcLayout = srcCode == kCode422P ? static_cast<uint8_t>(Layout::P422) : LayoutOfCode(srcCode);
   const uint8_t dstLayout = LayoutOfCode(dstCode);
   const bool routed = srcLayout != kNoLayout && dstLayout != kNoLayout &&
-                      ycbcr::FindRoute(static_cast<Layout>(srcLayout), static_cast<Layout>(dstLayout)) != nullptr;
+                      transcode::FindRoute(static_cast<Layout>(srcLayout), static_cast<Layout>(dstLayout)) != nullptr;
   if (!routed) {
     // No route: 0, and neither buffer touched.
     uint8_t s[16], d[16];

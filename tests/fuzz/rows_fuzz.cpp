@@ -23,8 +23,8 @@
 #include <cstring>
 #include <vector>
 
-#include "zelt/frame/qrutil.h"
-#include "zelt/frame/testing.h"
+#include "core/platform.h"
+#include "core/testing.h"
 #include "zelt/rows.h"
 
 namespace {

@@ -20,8 +20,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "zelt/frame/qrutil.h"
-#include "zelt/frame/testing.h"
+#include "core/platform.h"
+#include "core/testing.h"
 #include "zelt/rfc4175.h"
 
 namespace {

@@ -141,7 +141,7 @@ TEST(MatrixPackers, BlockPathMatchesPortable) {
         const size_t written = w + (w & 1);
         std::vector<std::vector<uint8_t>> outs;
         for (const Level& level : HostLevels()) {
-          ScopedFeatures features(level.mask);
+          ScopedFeatures features(level.mask, level.extended);
           Guarded<uint8_t> rgb24(3 * w), rgb32(4 * w);
           zeltUnpacked16sRowToRGB24(&planes, nullptr, rgb24.data(), int32_t(w), shift, 7, code);
           zeltUnpacked16sRowToRGB32(&planes, nullptr, rgb32.data(), int32_t(w), shift, 8, code, 0x33);
@@ -259,7 +259,7 @@ TEST(Rgb30, BlockPathMatchesPortable) {
         if (w > 1400) continue;
         std::vector<std::vector<uint32_t>> outs;
         for (const Level& level : HostLevels()) {
-          ScopedFeatures features(level.mask);
+          ScopedFeatures features(level.mask, level.extended);
           Guarded<uint32_t> out(w);
           zeltUnpacked16sRowToRGB30(&planes, nullptr, out.data(), int32_t(w), bits, extra, code);
           EXPECT_TRUE(out.Intact());
@@ -375,7 +375,7 @@ TEST(PlanarRgb24, DitherReplayEveryLevel) {
                         const_cast<uint16_t*>(base + 2 * planeElems)}};
   const int32_t pitches[3] = {pitch, pitch, pitch};
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (int32_t shift : {8, 2, 10, 1, 7, 12, 16}) {
       for (int32_t w : {1, 15, 16, 17, 33, 100}) {
         for (int32_t dstWidth : {w, w + 5}) {

@@ -42,7 +42,7 @@ const Case kCases[] = {
 
 TEST(CGRGBtoVSRGB, BlockAndExactRules) {
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (const Case& c : kCases) {
       SCOPED_TRACE(level.name + " " + c.name);
       std::vector<uint16_t> three(9, c.in), two(6, c.in);
@@ -58,7 +58,7 @@ TEST(CGRGBtoVSRGB, BlockAndExactRules) {
 // Where the block/exact boundary falls for every run length: 10-bit 255 marks it.
 TEST(CGRGBtoVSRGB, BoundaryFollowsRunLength) {
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (uint32_t pixels = 0; pixels < 70; ++pixels) {
       std::vector<uint16_t> run(3 * pixels + 5, 255);
       zeltCGRGBtoVSRGB(run.data(), pixels, 10);
@@ -79,7 +79,7 @@ TEST(CGRGBtoVSRGB, EveryLevelGivesTheSameRun) {
     for (uint32_t pixels : {1u, 5u, 6u, 11u, 16u, 21u, 43u, 64u, 1283u, 5000u}) {
       std::vector<std::vector<uint16_t>> outs;
       for (const Level& level : HostLevels()) {
-        ScopedFeatures features(level.mask);
+        ScopedFeatures features(level.mask, level.extended);
         std::vector<uint16_t> run(source.begin(), source.begin() + 3 * pixels);
         run.push_back(0x1234);
         zeltCGRGBtoVSRGB(run.data(), pixels, bits);

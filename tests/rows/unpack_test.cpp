@@ -127,7 +127,7 @@ TEST(V210, RandomRowsEveryLevel) {
   const std::vector<V210Fields> groups = RandomGroups(260, 17);
   const std::vector<uint8_t> src = EncodeV210(groups);
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (uint32_t w : InterestingWidths()) {
       if (w > 1500) continue;
       SCOPED_TRACE(level.name + " width " + std::to_string(w));
@@ -168,7 +168,7 @@ TEST(V210, YR16FrameHonoursBothPitches) {
   std::vector<V210Fields> groups = RandomGroups(size_t(h) * 4, 3);
   const std::vector<uint8_t> src = EncodeV210(groups);  // 4 groups per 64-byte row
   for (const Level& level : HostLevels()) {
-  ScopedFeatures features(level.mask);
+  ScopedFeatures features(level.mask, level.extended);
   SCOPED_TRACE(level.name);
   std::vector<uint16_t> dst(size_t(h) * dstPitch / 2, 0xBEEF);
   zeltV210ToYR16(src.data(), w, h, srcPitch, dst.data(), dstPitch);
@@ -188,7 +188,7 @@ TEST(V210, YR16FrameHonoursBothPitches) {
 // 4 x count bytes; rows of 32 pixels or more), so the sanitizer build sees any over-read.
 TEST(RowReads, StayInsideTheDocumentedSource) {
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (int32_t w : {6, 7, 12, 13, 18, 19, 32, 33, 64, 65, 95, 96, 191, 192}) {
       SCOPED_TRACE(level.name + " width " + std::to_string(w));
       const std::vector<uint8_t> groups = RandomBytes(16 * size_t((w + 5) / 6), uint32_t(w));
@@ -287,7 +287,7 @@ TEST(UnpackRowYUV16s, VectorPathMatchesScalar) {
   std::vector<uint32_t> counts = InterestingWidths();
   counts.insert(counts.end(), {4, 8, 15, 16, 24, 40, 1024});
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (const Mode& m : modes) {
       for (int32_t comp : {0, 1, 2}) {
         for (uint32_t count : counts) {
@@ -314,7 +314,7 @@ TEST(UnpackYUVRow16s, BlockContractAndValuesEveryLevel) {
   for (int32_t w = 1; w <= 70; ++w) widths.push_back(w);
   widths.insert(widths.end(), {95, 96, 97, 127, 128, 129, 719, 1283});
   for (const Level& level : HostLevels()) {
-    ScopedFeatures features(level.mask);
+    ScopedFeatures features(level.mask, level.extended);
     for (int32_t w : widths) {
       SCOPED_TRACE(level.name + " width " + std::to_string(w));
       // A short row is done as one whole 32-pixel block; otherwise odd widths finish their pair.

@@ -10,8 +10,8 @@
 
 #include "stress/jobs.h"
 #include "support/paths.h"
-#include "zelt/frame/simd_level.h"
-#include "zelt/frame/testing.h"
+#include "core/simd_level.h"
+#include "core/testing.h"
 
 namespace zelt {
 namespace {

@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "stress/jobs.h"
-#include "zelt/frame/simd_level.h"
-#include "zelt/frame/testing.h"
+#include "core/simd_level.h"
+#include "core/testing.h"
 #include "zelt/ycbcr.h"
 
 int main(int argc, char** argv) {

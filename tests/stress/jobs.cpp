@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "support/frame_rules.h"
-#include "ycbcrlib/routes.h"
-#include "zelt/frame/formats.h"
+#include "transcode/routes.h"
+#include "core/formats.h"
 #include "zelt/zelt.h"
 
 namespace zelt::stress {
@@ -54,7 +54,7 @@ void AddDispatcherJobs(std::vector<Job>& jobs) {
   for (int s = 0; s < kLayoutCount; ++s) {
     for (int d = 0; d < kLayoutCount; ++d) {
       const Layout src = static_cast<Layout>(s), dst = static_cast<Layout>(d);
-      if (ycbcr::FindRoute(src, dst) == nullptr) continue;
+      if (transcode::FindRoute(src, dst) == nullptr) continue;
       uint32_t ss = NaturalStride(src, kWidth), ds = NaturalStride(dst, kWidth);
       const uint32_t srcCode = CodeOf(src), dstCode = CodeOf(dst);
       NormalizeStride(srcCode, kWidth, &ss);

@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "zelt/frame/formats.h"
+#include "core/formats.h"
 
 namespace zelt::test {
 

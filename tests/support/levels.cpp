@@ -1,6 +1,6 @@
 #include "support/levels.h"
 
-#include "zelt/frame/qrutil.h"
+#include "core/platform.h"
 #include "zelt/zelt_api.h"
 
 namespace zelt::test {
@@ -10,13 +10,14 @@ std::vector<Level> HostLevels() {
   const uint32_t real = RealFeatureMask();
   if (real & zelt::kFeatSse41) out.push_back({"sse41", kMaskSse41});
   if (real & zelt::kFeatAvx2) out.push_back({"avx2", kMaskAvx2});
+  if (HostHasAvx512()) out.push_back({"avx512", kMaskAvx2, zelt::kExtAvx512});
   return out;
 }
 
 std::vector<PathResult> RunEveryLevel(const std::function<std::vector<uint8_t>()>& convert) {
   std::vector<PathResult> out;
   for (const Level& l : HostLevels()) {
-    ScopedFeatures f(l.mask);
+    ScopedFeatures f(l.mask, l.extended);
     out.push_back({l.name, convert()});
   }
   return out;

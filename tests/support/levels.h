@@ -12,12 +12,14 @@
 namespace zelt::test {
 
 struct Level {
-  std::string name;  // "portable", "sse41", "avx2"
-  uint32_t mask;     // feature mask to force with ScopedFeatures
+  std::string name;       // "portable", "sse41", "avx2", "avx512"
+  uint32_t mask;          // feature mask to force with ScopedFeatures
+  uint32_t extended = 0;  // extended features to force with it
 };
 
 // Levels whose converters may take different paths: SSE2 only (no 128-bit SSE4.1
-// blocks) always; SSE4.1 (level 4) and AVX2 (level 5) when the host has them.
+// blocks) always; SSE4.1 (level 4), AVX2 (level 5) and AVX-512 (level 5) when the
+// host has them.
 std::vector<Level> HostLevels();
 
 // Like RunEveryPath, once per level of HostLevels().

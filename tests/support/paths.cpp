@@ -2,19 +2,21 @@
 
 #include <algorithm>
 
-#include "zelt/frame/qrutil.h"
-#include "zelt/frame/simd_level.h"
-#include "zelt/frame/testing.h"
+#include "core/platform.h"
+#include "core/simd_level.h"
+#include "core/testing.h"
 
 namespace zelt::test {
 
-ScopedFeatures::ScopedFeatures(uint32_t mask) {
+ScopedFeatures::ScopedFeatures(uint32_t mask, uint32_t extended) {
   zelt::testing::ForceFeatureMask(mask);
+  zelt::testing::ForceExtendedFeatures(extended);
   zelt::testing::ResetSimdLevel();
 }
 
 ScopedFeatures::~ScopedFeatures() {
   zelt::testing::ClearFeatureMask();
+  zelt::testing::ClearExtendedFeatures();
   zelt::testing::ResetSimdLevel();
 }
 
@@ -25,6 +27,11 @@ uint32_t RealFeatureMask() {
 
 bool HostHasAvx2() { return (RealFeatureMask() & zelt::kFeatAvx2) != 0; }
 
+bool HostHasAvx512() {
+  zelt::testing::ClearExtendedFeatures();
+  return HostHasAvx2() && (zelt::ExtendedFeatures() & zelt::kExtAvx512) != 0;
+}
+
 std::vector<PathResult> RunEveryPath(const std::function<std::vector<uint8_t>()>& convert) {
   std::vector<PathResult> out;
   {
@@ -34,6 +41,10 @@ std::vector<PathResult> RunEveryPath(const std::function<std::vector<uint8_t>()>
   if (HostHasAvx2()) {
     ScopedFeatures f(kMaskAvx2);
     out.push_back({"avx2", convert()});
+  }
+  if (HostHasAvx512()) {
+    ScopedFeatures f(kMaskAvx2, zelt::kExtAvx512);
+    out.push_back({"avx512", convert()});
   }
   return out;
 }

@@ -8,12 +8,13 @@
 
 namespace zelt::test {
 
-// While alive: CPUFeatureFlags() returns `mask` and SimdLevel starts again at -2,
-// so the next conversion chooses its level from `mask`. Restores the real mask and
-// -2 when it ends.
+// While alive: CPUFeatureFlags() returns `mask`, ExtendedFeatures() returns
+// `extended` (none by default, so kMaskAvx2 means the 256-bit kernels even on an
+// AVX-512 host), and SimdLevel starts again at -2, so the next conversion chooses
+// its level from `mask`. Restores the real features and -2 when it ends.
 class ScopedFeatures {
  public:
-  explicit ScopedFeatures(uint32_t mask);
+  explicit ScopedFeatures(uint32_t mask, uint32_t extended = 0);
   ~ScopedFeatures();
   ScopedFeatures(const ScopedFeatures&) = delete;
   ScopedFeatures& operator=(const ScopedFeatures&) = delete;
@@ -28,15 +29,16 @@ inline constexpr uint32_t kMaskAvx2 = kMaskSse41 | (1u << 23);
 // The real processor's mask (before any override).
 uint32_t RealFeatureMask();
 bool HostHasAvx2();
+bool HostHasAvx512();
 
 struct PathResult {
-  std::string path;  // "baseline" or "avx2"
+  std::string path;  // "baseline", "avx2" or "avx512"
   std::vector<uint8_t> bytes;
 };
 
 // Runs `convert` once with the level forced to the baseline (mask kMaskSse41,
-// level 4) and once at level 5 with AVX2 (only when the host has AVX2); each run
-// returns the bytes it produced.
+// level 4), once at level 5 with AVX2 (when the host has AVX2) and once more with
+// AVX-512 on top (when the host has it); each run returns the bytes it produced.
 std::vector<PathResult> RunEveryPath(const std::function<std::vector<uint8_t>()>& convert);
 
 // Widths worth trying: tiny, odd, around every block size (6, 8, 16, 32, 48, 64)

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "zelt/frame/matrices.h"
+#include "core/matrices.h"
 
 namespace zelt::test {
 namespace {
